@@ -1,0 +1,53 @@
+# Every target does its own set-up: missing Debian packages are installed by scripts/install-packages.
+.PHONY: build test demo bench sanitize fuzz format lint clean
+
+RELEASE = build/release
+
+build:
+	scripts/install-packages build
+	cmake --preset release -DQM_TESTS=OFF -DQM_BENCH=OFF
+	cmake --build --preset release
+
+test:
+	scripts/install-packages test
+	cmake --preset release -DQM_TESTS=ON -DQM_BENCH=ON
+	cmake --build --preset release
+	ctest --preset release
+
+demo:
+	scripts/install-packages build
+	cmake --preset release -DQM_TESTS=OFF -DQM_BENCH=OFF
+	cmake --build --preset release
+	scripts/demo $(RELEASE)
+
+bench:
+	scripts/install-packages test
+	cmake --preset release -DQM_TESTS=ON -DQM_BENCH=ON
+	cmake --build --preset release
+	bench/run $(RELEASE)
+
+# The whole suite under the address and undefined-behaviour sanitizers.
+sanitize:
+	scripts/install-packages test
+	cmake --preset asan
+	cmake --build --preset asan
+	ctest --preset asan
+
+# Each reader of foreign bytes for a minute under the fuzzer.
+fuzz:
+	scripts/install-packages fuzz
+	cmake --preset fuzz
+	cmake --build --preset fuzz
+	scripts/fuzz build/fuzz 60
+
+format:
+	scripts/install-packages lint
+	git ls-files '*.h' '*.cpp' | xargs clang-format -i
+
+lint:
+	scripts/install-packages lint
+	.ci/arrows
+	git ls-files '*.h' '*.cpp' | xargs clang-format --dry-run -Werror
+
+clean:
+	rm -rf build out

@@ -1,0 +1,90 @@
+#include "cli/generate.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <vector>
+
+#include "cli/console_host.h"
+#include "cli/console_session.h"
+#include "common/text.h"
+
+namespace quillmarden {
+
+namespace {
+
+/// The places of the named tables in LstTable, in the order of their naming, each once. Empty after a message.
+std::vector<int> chosenRows(Run& run, const frmTBList& list) {
+  std::vector<int> chosen;
+  for (const std::string& name : run.options.tables) {
+    std::optional<std::string> id = findTable(run, name);
+    if (!id) return {};
+    auto row = std::find_if(list.LstTable.rows.begin(), list.LstTable.rows.end(),
+                            [&](const std::string& text) { return tableListId(text) == *id; });
+    if (row == list.LstTable.rows.end()) {
+      failure(run, fmt::format("テーブルリストに存在しません.\n 名称 : {}", name));
+      return {};
+    }
+    int place = static_cast<int>(row - list.LstTable.rows.begin());
+    if (std::find(chosen.begin(), chosen.end(), place) == chosen.end()) chosen.push_back(place);
+  }
+  return chosen;
+}
+
+void fillSelection(frmTBList& list, const std::vector<int>& rows) {
+  for (int row : rows) {
+    list.LstTableSel.add(list.LstTable.rows[static_cast<std::size_t>(row)]);
+    list.LstTableSel.selected.back() = true;
+  }
+}
+
+ExitStatus report(Run& run, const RunResult& result) {
+  ExitStatus status = result.failed ? kFailed : kDone;
+  for (const auto& [table, characters] : result.lost) {
+    std::string names;
+    for (char32_t character : characters)
+      names += fmt::format(" {} (U+{:04X})", toUtf8(character), static_cast<unsigned>(character));
+    std::string place = table.empty() ? "ファイルの先頭" : table;
+    status = failure(run, fmt::format("CP932で表せない文字があります.\n {} :{}", place, names));
+  }
+  if (interrupted()) status = failure(run, fmt::format("中断しました. {}件まで出力しています.", result.tables));
+  return status;
+}
+
+}  // namespace
+
+ExitStatus generate(Run& run, const ScriptMenus& menus) {
+  // The shared tables belong to Systems of several kinds; there is no script of them all.
+  if (run.options.system == kAllSystems) return failure(run, "システムを選択して下さい.");
+  frmTBList list;
+  frmTBDetail detail;
+  if (!openTableList(run, list)) return kFailed;
+  std::vector<int> rows = chosenRows(run, list);
+  if (rows.empty() && !run.options.tables.empty()) return kFailed;
+
+  RunTarget target;
+  if (!run.options.output.empty()) target.file = run.options.output;
+  if (run.options.encoding == "utf-8") target.encoding = TextEncoding::Utf8;
+
+  RunResult result;
+  if (rows.size() == 1) {
+    list.LstTable.listIndex = rows.front();
+    result = menus.current(run.session, run.host, list, detail, menus.currentIndex, target);
+    // A kind without a script has been told so; a declined question leaves nothing either.
+    if (result.tables == 0) result.failed = true;
+  } else if (rows.empty() && menus.all) {
+    result = menus.all(run.session, run.host, list, detail, menus.allIndex, target);
+  } else {
+    if (rows.empty())
+      for (int row = 0; row < list.LstTable.count(); ++row) rows.push_back(row);
+    fillSelection(list, rows);
+    result = menus.selection(run.session, run.host, list, detail, menus.selectionIndex, target);
+  }
+
+  if (result.file.empty()) return run.options.answer == "no" ? failure(run, "中止しました.") : kFailed;
+  ExitStatus status = report(run, result);
+  if (result.tables > 0 || !result.failed) run.output = result.file.string() + "\n";
+  return status;
+}
+
+}  // namespace quillmarden

@@ -1,0 +1,144 @@
+#include "cli/grid_file.h"
+
+#include <fmt/format.h>
+
+#include <unordered_map>
+
+#include "common/numbers.h"
+#include "common/text.h"
+#include "editing/frm_tb_detail.h"
+
+namespace quillmarden {
+
+namespace {
+
+/// Whether the text is well-formed UTF-8: no cut or overlong form, no surrogate, nothing beyond U+10FFFF.
+bool isUtf8(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    auto byte = [&](std::size_t offset) -> unsigned {
+      return at + offset < text.size() ? static_cast<unsigned char>(text[at + offset]) : 0;
+    };
+    unsigned lead = byte(0);
+    std::size_t length = lead < 0x80 ? 1 : lead >= 0xC2 && lead < 0xE0 ? 2 : lead >= 0xE0 && lead < 0xF0 ? 3 : 4;
+    if (length == 4 && (lead < 0xF0 || lead > 0xF4)) return false;
+    for (std::size_t offset = 1; offset < length; ++offset)
+      if ((byte(offset) & 0xC0) != 0x80) return false;
+    unsigned second = byte(1);
+    if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) || (lead == 0xF0 && second < 0x90) ||
+        (lead == 0xF4 && second > 0x8F))
+      return false;
+    at += length;
+  }
+  return true;
+}
+
+std::vector<std::string> cellsOf(std::string_view line) {
+  std::vector<std::string> cells;
+  for (;;) {
+    std::size_t tab = line.find('\t');
+    cells.emplace_back(line.substr(0, tab));
+    if (tab == std::string_view::npos) return cells;
+    line.remove_prefix(tab + 1);
+  }
+}
+
+std::string faultOf(std::string_view line, const std::vector<std::string>& cells, const Spread& grid) {
+  if (line.find('\0') != std::string_view::npos) return "NUL文字が含まれています.";
+  if (!isUtf8(line)) return "UTF-8として正しくありません.";
+  if (cells.size() > static_cast<std::size_t>(grid.maxCols()))
+    return fmt::format("セルが{}個あります. {}個までです.", cells.size(), grid.maxCols());
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    const SpreadColumn& column = grid.column(static_cast<int>(i) + 1);
+    bool number = column.kind == CellKind::Integer || column.kind == CellKind::Float;
+    if (number && !trim(cells[i]).empty() && !isNumeric(cells[i]))
+      return fmt::format("{}列目[{}]が数値ではありません.", i + 1, column.title);
+  }
+  return "";
+}
+
+/// The loaded rows, each to be claimed once.
+class LoadedRows {
+ public:
+  explicit LoadedRows(const Spread& grid) : grid_(grid), taken_(static_cast<std::size_t>(grid.maxRows()) + 1) {
+    for (int row = 1; row <= grid.maxRows(); ++row) {
+      if (grid.rowTag(row) == 0) continue;
+      for (int col : {field_col::kOrder, field_col::kFieldName, field_col::kJapaneseName})
+        rows_.emplace(key(col, grid.text(col, row)), row);
+    }
+  }
+
+  /// The tag of the row whose cell has this text, 0 when there is none or it is taken. With `name` the row's field
+  /// name must be this one as well.
+  long claim(int col, std::string_view text, const std::string* name = nullptr) {
+    if (trim(text).empty()) return 0;
+    auto [first, last] = rows_.equal_range(key(col, text));
+    for (auto it = first; it != last; ++it) {
+      std::size_t row = static_cast<std::size_t>(it->second);
+      if (taken_[row]) continue;
+      if (name && !equalsNoCase(trim(grid_.text(field_col::kFieldName, it->second)), trim(*name))) continue;
+      taken_[row] = true;
+      return grid_.rowTag(it->second);
+    }
+    return 0;
+  }
+
+ private:
+  static std::string key(int col, std::string_view text) {
+    // An order is a number, however many zeros stand in front of it.
+    std::string word = col == field_col::kOrder ? plainNumber(gVal(text)) : toLower(trim(text));
+    return fmt::format("{}:{}", col, word);
+  }
+
+  const Spread& grid_;
+  std::unordered_multimap<std::string, int> rows_;
+  std::vector<bool> taken_;
+};
+
+}  // namespace
+
+GridText parseGridText(std::string_view text, const Spread& grid) {
+  GridText result;
+  if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+  for (int number = 1; !text.empty(); ++number) {
+    std::size_t end = text.find('\n');
+    std::string_view line = text.substr(0, end);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    std::vector<std::string> cells = cellsOf(line);
+    result.fault = faultOf(line, cells, grid);
+    if (!result.fault.empty()) {
+      result.fault = fmt::format("{}行目 : {}", number, result.fault);
+      return result;
+    }
+    result.rows.push_back(std::move(cells));
+  }
+  return result;
+}
+
+void replaceRows(Spread& grid, std::vector<std::vector<std::string>> rows) {
+  for (auto& cells : rows) cells.resize(field_col::kCount);
+  auto cell = [&](std::size_t row, int col) -> const std::string& {
+    return rows[row][static_cast<std::size_t>(col - 1)];
+  };
+
+  LoadedRows loaded(grid);
+  std::vector<long> tags(rows.size());
+  // Rows that have kept both order and name come first, so that a copied line never takes the identity away from the
+  // line that it was copied from.
+  for (std::size_t row = 0; row < rows.size(); ++row)
+    tags[row] = loaded.claim(field_col::kOrder, cell(row, field_col::kOrder), &cell(row, field_col::kFieldName));
+  for (int col : {field_col::kOrder, field_col::kFieldName, field_col::kJapaneseName})
+    for (std::size_t row = 0; row < rows.size(); ++row)
+      if (tags[row] == 0) tags[row] = loaded.claim(col, cell(row, col));
+
+  grid.setMaxRows(0);
+  grid.setMaxRows(static_cast<int>(rows.size()));
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    int row = static_cast<int>(i) + 1;
+    grid.setRowTag(row, tags[i]);
+    for (int col = 1; col <= field_col::kCount; ++col)
+      grid.setText(col, row, std::move(rows[i][static_cast<std::size_t>(col - 1)]));
+  }
+}
+
+}  // namespace quillmarden

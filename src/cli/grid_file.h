@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "screen/spread.h"
+
+namespace quillmarden {
+
+/// The rows of a grid file: one line a row, cells parted by tabs; a byte order mark and CR LF line ends are taken, an
+/// empty line is an empty row.
+struct GridText {
+  std::vector<std::vector<std::string>> rows;
+  std::string fault;  ///< what is wrong, with the number of the line; "" when nothing is
+};
+
+/// Takes a text apart for this grid. A line with more cells than the grid has columns, bytes that are no UTF-8, a NUL,
+/// and text in a cell that holds a number are faults.
+GridText parseGridText(std::string_view text, const Spread& grid);
+
+/// Replaces the rows of a loaded grid. A new row takes over the tag of the loaded row that it continues: the one whose
+/// 表示順 it bears, else the one with its field name, else with its Japanese name; each loaded row goes to one new row.
+void replaceRows(Spread& grid, std::vector<std::vector<std::string>> rows);
+
+}  // namespace quillmarden

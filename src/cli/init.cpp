@@ -1,0 +1,31 @@
+#include "cli/init.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+
+#include "cli/console_session.h"
+#include "common/text.h"
+#include "engine/value.h"
+#include "repository/schema.h"
+
+namespace quillmarden {
+
+ExitStatus runInit(Run& run) {
+  std::string file = repositoryName(run.options.file);
+  std::error_code ignored;
+  if (std::filesystem::symlink_status(file, ignored).type() != std::filesystem::file_type::not_found)
+    return failure(run, fmt::format("既に同じ名前のファイルが存在します.\n {}", file));
+
+  std::vector<std::string> users;
+  for (const std::string& user : run.options.users) users.emplace_back(trim(user));
+  try {
+    createRepository(file, users);
+  } catch (const EngineError& error) {
+    return failure(run, fmt::format("データベースを作成できませんでした.\n {}\n {}", file, error.what()));
+  }
+  run.output = file + "\n";
+  return kDone;
+}
+
+}  // namespace quillmarden

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "cli/options.h"
+#include "repository/session.h"
+#include "screen/host.h"
+
+namespace quillmarden {
+
+/// The exit status of the program.
+enum ExitStatus : int { kDone = 0, kFailed = 1, kUsage = 2 };
+
+/// One run of a command, from the parsed command line to the text for standard output.
+struct Run {
+  const Options& options;
+  Host host;
+  Session session{};
+  bool isAdmin = false;
+  std::string output{};  ///< UTF-8 with LF; goes out when the command has ended
+};
+
+/// A command: fills run.output and gives the exit status.
+using CommandRoutine = ExitStatus (*)(Run& run);
+
+/// Adds a cell or line to the output with its line ends and tabs turned into blanks.
+void putCell(std::string& output, std::string_view text);
+/// One box with a failure's text, and the status that follows from it.
+ExitStatus failure(Run& run, std::string_view text);
+
+}  // namespace quillmarden

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "cli/run.h"
+
+namespace quillmarden {
+
+/// Writes a VIEW script and prints its path.
+ExitStatus runView(Run& run);
+
+}  // namespace quillmarden

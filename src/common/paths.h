@@ -1,0 +1,38 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "screen/host.h"
+
+namespace quillmarden {
+
+// Paths come in as people type them: "\" and "/" both part folders.
+
+/// Both trimmed; a blank part gives the other. Exactly one separator stands between them.
+std::string gPathJoin(std::string_view folder, std::string_view file);
+/// gPathJoin after gSafeFileName of the file part.
+std::string gSafePathJoin(std::string_view folder, std::string_view file);
+/// UTF-8 text to a path of this platform, with both separators understood.
+std::filesystem::path toPath(std::string_view text);
+
+/// Makes all missing levels, from the left, at most 20; deeper ones are left out. False with the last error's text.
+bool gMakeFolder(std::string_view path, std::string* error = nullptr);
+bool gChkFolder(std::string_view path);
+/// Whether the file is there; with `show`, a miss is told to the user.
+bool gFileExists(Host& host, std::string_view path, bool show);
+/// Of "\\server\share" the server; else the path itself.
+std::string gGetServerName(std::string_view path);
+/// The program's folder under the user's application data, made when missing.
+std::string gGetDataFolder(const Machine& machine);
+
+/// Copies a file beside its target and renames it over it. False with a message for the user.
+bool gFileCopy(std::string_view from, std::string_view to, bool overwrite, std::string* message);
+
+/// Empties and removes every folder "*_-_-" in the application data folder, the program's data folder in it and the
+/// temporary folder. Errors are ignored.
+/// `keep` is emptied, but stays.
+void removeWorkFolders(const Machine& machine, const std::filesystem::path& keep = {});
+
+}  // namespace quillmarden

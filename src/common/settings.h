@@ -1,0 +1,74 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "common/ini_file.h"
+#include "screen/controls.h"
+
+namespace quillmarden {
+
+// The per-user settings in tableinf.ini.
+
+/// One key of "APP_SETTING", "" when absent.
+std::string gGetAppSetting(const IniFile& ini, std::string_view key);
+void putAppSetting(IniFile& ini, std::string_view key, std::string_view value);
+/// One key of a form's own section `<form>_App_Setting`.
+std::string gGetFormSetting(const IniFile& ini, std::string_view form, std::string_view key);
+void putFormSetting(IniFile& ini, std::string_view form, std::string_view key, std::string_view value);
+
+/// Switches that are all on.
+template <std::size_t count>
+constexpr std::array<bool, count> allOn() {
+  std::array<bool, count> switches{};
+  switches.fill(true);
+  return switches;
+}
+
+/// The settings that hold a number or a switch, with their defaults applied. Reading writes back the keys
+/// that are to reappear.
+struct AppSettings {
+  std::string dataBaseFolder;  ///< "" stands for the program's folder
+  bool referenceDataBase = false;
+  bool allFileSearch = false;
+  std::string loninUserName = "admin";
+  double fontSize2TableList = 12;
+  double fontSize2Spread = 12;
+  double spreadRowHeightScale = 1.3;
+  bool detailsFormOpenSize = true;
+  bool tableListBoxDblClick = false;
+  /// Which grid columns a copy of rows takes.
+  std::array<bool, 17> spreadCopy = allOn<17>();
+  bool spreadCopy2AddRow = true;
+  bool imeControlIsOff = true;
+  bool whereMojiListSystem = false;
+  bool findMsgOff = false;
+  bool detailFormRenDataChkIsOn = false;
+  bool tableRefMark = false;  ///< false "[" and "]", true "<" and ">"
+  Colour backColorKey = 12632319;
+  Colour backColorAdd = 16761087;
+  Colour backColorTableName = 65535;
+  int backColorKeyIndex = 38;
+  int backColorAddIndex = 39;
+  int backColorTableNameIndex = 6;
+  // what SQL generation emits
+  bool createSql2DropSQL = true;
+  bool createSql2FkIsPut = true;
+  bool createSql2CommentIsPut = true;
+  bool createSql2CheckIsPut = true;
+  bool createSql2StrageIsPut = true;
+  bool createSql2DefaultIsPut = true;
+  bool createSql2BackUpTable = false;
+  bool excelObject2SetKage = true;
+  bool lowerFieldName = false;
+  std::array<bool, 8> putMemberInfo = allOn<8>();  ///< Comp, CompRaku, Bumon1, Bumon2, Yakusyoku, Tel, Mail, Yakuwari
+  int displayTema = 2;
+  bool indexIsReservMoji = false;
+  bool indexAddRyakuMoji = false;
+};
+
+/// The settings of the file. What is missing, or no number where one is due, has its default.
+AppSettings readAppSettings(IniFile& ini);
+
+}  // namespace quillmarden

@@ -1,0 +1,113 @@
+#include "common/text_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "common/text.h"
+
+namespace quillmarden {
+
+namespace {
+
+std::error_code lastError() { return {errno, std::generic_category()}; }
+
+/// A file descriptor that closes itself.
+struct Descriptor {
+  int number;
+  ~Descriptor() {
+    if (number >= 0) ::close(number);
+  }
+};
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+bool writeNew(const std::filesystem::path& file, std::string_view bytes, const struct stat* former) {
+  const Descriptor descriptor{::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)};
+  if (descriptor.number < 0) return false;
+  // Rights that cannot be taken over are no reason to lose what is to be written.
+  if (former && ::fchmod(descriptor.number, former->st_mode & 07777) != 0) errno = 0;
+  return writeAll(descriptor.number, bytes) && ::fsync(descriptor.number) == 0;
+}
+
+}  // namespace
+
+std::optional<std::string> readFile(const std::filesystem::path& file, std::error_code& error) {
+  error.clear();
+  // Without O_NONBLOCK a pipe in the file's place would wait for a writer that never comes.
+  const Descriptor descriptor{::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
+  struct stat state {};
+  if (descriptor.number < 0 || ::fstat(descriptor.number, &state) != 0) {
+    error = lastError();
+    return std::nullopt;
+  }
+  if (!S_ISREG(state.st_mode)) {
+    error = std::make_error_code(std::errc::not_supported);
+    return std::nullopt;
+  }
+  std::string bytes;
+  bytes.reserve(static_cast<std::size_t>(state.st_size));
+  char block[16384];
+  for (;;) {
+    const ssize_t got = ::read(descriptor.number, block, sizeof block);
+    if (got == 0) return bytes;
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) {
+      error = lastError();
+      return std::nullopt;
+    }
+    bytes.append(block, static_cast<std::size_t>(got));
+  }
+}
+
+bool replaceFile(const std::filesystem::path& file, std::string_view bytes) {
+  std::error_code error;
+  std::filesystem::path target = std::filesystem::weakly_canonical(file, error);
+  if (error) target = file;
+  struct stat state {};
+  const bool exists = ::stat(target.c_str(), &state) == 0;
+  if (exists && !S_ISREG(state.st_mode)) return false;
+  std::filesystem::path beside = target;
+  beside += "." + std::to_string(::getpid()) + ".tmp";
+  ::unlink(beside.c_str());  // of a process that died with our number
+  if (writeNew(beside, bytes, exists ? &state : nullptr) && std::rename(beside.c_str(), target.c_str()) == 0)
+    return true;
+  ::unlink(beside.c_str());
+  return false;
+}
+
+std::string decodeText(std::string_view bytes) {
+  if (bytes.starts_with(kUtf8Mark)) return std::string(bytes.substr(kUtf8Mark.size()));
+  return fromCp932(bytes);
+}
+
+std::string encodeText(std::string_view utf8) {
+  std::u32string lost;
+  std::string bytes = toCp932(utf8, &lost);
+  if (lost.empty()) return bytes;
+  return std::string(kUtf8Mark).append(utf8);
+}
+
+std::vector<std::string_view> splitLines(std::string_view text) {
+  std::vector<std::string_view> lines;
+  while (!text.empty()) {
+    const std::size_t end = text.find_first_of("\r\n");
+    lines.push_back(text.substr(0, end));
+    if (end == std::string_view::npos) break;
+    text.remove_prefix(text.substr(end).starts_with("\r\n") ? end + 2 : end + 1);
+  }
+  return lines;
+}
+
+}  // namespace quillmarden

@@ -1,0 +1,58 @@
+#include "relations/index.h"
+
+#include "common/numbers.h"
+
+namespace quillmarden {
+
+namespace {
+
+/// The statement about one table's index rows; "" for an ID that is no number, which no table has.
+std::string indexSql(std::string_view select, std::string_view tableId, std::string_view tail) {
+  if (!isNumeric(tableId)) return "";
+  std::string sql(select);
+  return sql.append(tableId).append(tail);
+}
+
+}  // namespace
+
+std::vector<TableIndex> gGetIndexList(Database& database, std::string_view tableId) {
+  const std::string sql = indexSql(
+      "SELECT i.INDEX_NAME, i.備考, i.bolUNIQUE, i.brinindex, i.ROWNO, d.項目名 "
+      " FROM MAS_INDEX AS i "
+      "   INNER JOIN MAS_TABLEDETAILES AS d "
+      "       ON (i.ROWNO = d.ROWNO) "
+      "       AND (i.ID = d.ID)"
+      "   Where i.ID = ",
+      tableId, " ORDER BY i.INDEX_NAME, i.順序");
+
+  std::vector<TableIndex> indexes;
+  if (sql.empty()) return indexes;
+  for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext()) {
+    if (indexes.empty() || indexes.back().name != rows.text(0)) {
+      TableIndex index;
+      index.name = rows.text(0);
+      index.remark = rows.text(1);
+      index.uniqueFlag = static_cast<long>(rows.integer(2));
+      index.brin = rows.integer(3) != 0;
+      indexes.push_back(std::move(index));
+    }
+    indexes.back().fields.push_back({static_cast<long>(rows.integer(4)), std::string(rows.text(5))});
+  }
+  return indexes;
+}
+
+bool hasIndexes(Database& database, std::string_view tableId) {
+  const std::string sql = indexSql("SELECT a.ID FROM MAS_INDEX AS a  WHERE a.ID = ", tableId, "");
+  return !sql.empty() && !database.openRecordset(sql).eof();
+}
+
+std::vector<std::string> indexNames(Database& database, std::string_view tableId) {
+  const std::string sql = indexSql("SELECT a.INDEX_NAME FROM MAS_INDEX AS a  WHERE a.ID = ", tableId,
+                                   " GROUP BY a.INDEX_NAME ORDER BY a.INDEX_NAME");
+  std::vector<std::string> names;
+  if (sql.empty()) return names;
+  for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext()) names.emplace_back(rows.text(0));
+  return names;
+}
+
+}  // namespace quillmarden

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "screen/date_time.h"
+
+namespace quillmarden {
+
+/// Buttons and icon of a message, to be joined with |.
+enum MessageStyle : int {
+  kOkOnly = 0,
+  kOkCancel = 1,
+  kYesNo = 4,
+  kStopIcon = 16,
+  kQuestionIcon = 32,
+  kWarningIcon = 48,
+  kInformationIcon = 64,
+  kDefaultSecond = 256,  ///< the second button is the preset one
+};
+
+/// Answers of a message.
+enum MessageAnswer : int { kOk = 1, kCancel = 2, kYes = 6, kNo = 7 };
+
+/// What the program says to a person and hears back.
+struct Dialogs {
+  /// Shows a message with lines parted by "\n" and gives the pressed button.
+  std::function<int(std::string_view text, int style, std::string_view title)> message;
+  /// Shows a wait text; the empty text clears it.
+  std::function<void(std::string_view text)> waitText;
+  /// How far a long run is, of a total.
+  std::function<void(long done, long total)> progress;
+  /// Whether the person asked to stop the run. Long loops test it between two tables.
+  std::function<bool()> stopRequested;
+  /// Lets the screen repaint and take input.
+  std::function<void()> yield;
+};
+
+struct Clock {
+  std::function<DateTime()> now;
+};
+
+/// The machine and the folders that stand outside the Repository.
+struct Machine {
+  std::string computerName;
+  std::filesystem::path appDataFolder;  ///< per-user application data
+  std::filesystem::path tempFolder;
+  std::filesystem::path programFolder;  ///< where the assets are installed
+  std::function<void(std::string_view text)> setClipboard;
+  std::function<std::string()> clipboard;
+};
+
+/// Hands files to the programs of the desktop.
+struct Opener {
+  std::function<bool(const std::filesystem::path& file)> openFile;
+  std::function<bool(const std::filesystem::path& folder)> openFolder;
+  std::function<bool(const std::filesystem::path& program)> startProgram;
+};
+
+/// The seam to the outside, filled once at start: for the desktop, the console, or a test's script.
+struct Host {
+  Dialogs dialogs;
+  Clock clock;
+  Machine machine;
+  Opener opener;
+};
+
+}  // namespace quillmarden

@@ -1,0 +1,332 @@
+#include "sqlgen/frame.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "common/message.h"
+#include "common/numbers.h"
+#include "common/paths.h"
+#include "common/text.h"
+#include "sqlgen/clauses.h"
+#include "sqlgen/generators.h"
+#include "sqlgen/sql_history.h"
+
+namespace quillmarden {
+
+namespace {
+
+constexpr int kSelectionIndexes = 90;  ///< from here on an index belongs to a selection run
+constexpr int kSelectionSql = 98;
+constexpr int kSelectionSqlFull = 99;
+
+/// What a menu entry asks for.
+struct Menu {
+  bool views = false;         ///< VIEW statements for every row, whatever its kind
+  bool optionSwitch = false;  ///< clauses follow their options
+  bool allRows = false;
+  bool append = false;  ///< one row behind what the file holds already
+  bool head = true;
+  bool asks = true;
+  std::string_view question = "Sql文を作成します.";
+};
+
+/// One run and what all its rows share.
+struct Run {
+  Session& session;
+  Host& host;
+  frmTBList& list;
+  frmTBDetail& detail;
+  ListBox& rows;  ///< the list that the run goes through
+  const Menu& menu;
+  const RunTarget& target;
+  SystemRecord system{};
+  CheckListCache checkLists{};
+  SqlHistory history{};
+  RunResult result{};
+  long done = 0;
+  long total = 0;
+};
+
+using Generator = void (*)(const Generation&, ScriptText&);
+
+/// The routine of a kind; nullptr for a kind that no script can be made for.
+Generator generatorOf(std::string_view fileType) {
+  const std::string kind = toLower(trim(fileType));
+  if (kind == "oracle" || kind == "red brick") return pCreateCurrentTable2Sql4Oracle;
+  if (kind == "sql server") return pCreateCurrentTable2Sql4SQLServer;
+  if (kind == "teradatabase") return pCreateCurrentTable2Sql4Tera;
+  if (kind == "postgresql") return pCreateCurrentTable2Sql4PostgreSQL;
+  if (kind == "mysql") return pCreateCurrentTable2Sql4MySQL;
+  return nullptr;
+}
+
+/// A group or count line of the list.
+bool isNoTable(std::string_view rowText) {
+  return rowText.starts_with("<") || rowText.starts_with("[") || isNumeric(rowText);
+}
+
+bool ask(Host& host, std::string_view question) { return gMsgBox(host, question, kYesNo | kQuestionIcon) == kYes; }
+
+void putFileHead(const Run& run, ScriptText& script) {
+  constexpr std::string_view kRuler = "-- *********************************** --";
+  script.print(kRuler);
+  script.print("-- システム名 : \t", oneLine(run.session.gCurrentSystemName));
+  // Other tools end lines with LF alone; none of them may leave the comment.
+  std::string_view rest = run.system.description;
+  while (!rest.empty()) {
+    const std::size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
+    script.print("-- 概 要      : \t", trim(rest.substr(0, end)));
+    rest.remove_prefix(end);
+    rest.remove_prefix(rest.starts_with("\r\n") ? 2 : rest.empty() ? 0 : 1);
+  }
+  script.print("-- \tCreate Date:", formatDateTime(run.host.clock.now(), "yyyy/mm/dd hh:nn"));
+  script.print(kRuler);
+  script.print();
+}
+
+void writeScript(Run& run, ScriptFile& file, const std::string& table, const ScriptText& script) {
+  std::u32string lost = file.write(script.text);
+  if (!lost.empty()) run.result.lost.emplace_back(table, std::move(lost));
+}
+
+/// Writes the table on show in one piece, so that a full disk leaves whole tables.
+void putTable(Run& run, Generator generator, ScriptFile& file) {
+  const std::string& table = run.detail.txtTableNameENG.text;
+  const Generation generation{run.session,
+                              run.host,
+                              run.detail,
+                              run.system,
+                              run.checkLists,
+                              run.menu.optionSwitch,
+                              run.list.mnuCreateSQLBack.checked};
+  ScriptText script;
+  try {
+    generator(generation, script);
+  } catch (const EngineError&) {
+    writeScript(run, file, table, script);
+    throw;
+  }
+  writeScript(run, file, table, script);
+  ++run.result.tables;
+}
+
+/// Selects the row, shows its table and writes its statements.
+void putRow(Run& run, int row, bool alone, ScriptFile& file) {
+  const auto place = static_cast<std::size_t>(row);
+  run.rows.listIndex = row;
+  run.rows.selected[place] = true;
+  const std::string_view text = trim(run.rows.rows[place]);
+  const std::string id(tableListId(text));
+  if (isNoTable(text) || id.empty()) return;
+  if (waitsForStamp(run.history, id)) writeSqlHistory(run.session, run.history);
+  if (pGet_TableID2TableDetails(run.session, run.host, run.detail, id)) {
+    run.result.failed = true;
+    return;
+  }
+
+  run.host.dialogs.yield();
+  if (run.menu.views || run.detail.lblBunrui.caption == "VIEW") {
+    putTable(run, pCreateCurrentTable2SqlView, file);
+    return;
+  }
+  if (const Generator generator = generatorOf(run.detail.lblFileType.caption)) {
+    putTable(run, generator, file);
+    pPutSqlHistory(run.session, run.history, run.detail, run.host.clock.now());
+  } else if (alone) {
+    gMsgBox(run.host, "このデータベースには対応していません.", kOkOnly | kStopIcon);
+    run.result.failed = true;
+  }
+  run.rows.selected[place] = false;
+}
+
+/// Runs a part of the run; an error in it ends with the stamps of the tables that are in the file, and the message.
+template <typename Body>
+void guarded(Run& run, Body&& body) {
+  try {
+    body();
+  } catch (const std::exception& error) {
+    try {
+      writeSqlHistory(run.session, run.history);
+    } catch (const EngineError& second) {
+      run.session.log.putError(run.host, "pPutSqlHistory", second.number(), second.what());
+    }
+    gMsgBox(run.host, joinLines({"出力エラーがありました.", std::string(" ") + error.what(),
+                                 "出力先ファイルを開いているようです."}));
+    run.list.errorMark = true;
+    run.result.failed = true;
+  }
+}
+
+/// Rows of the list from first to last into the file, after its head.
+void putRows(Run& run, int first, int last) {
+  ScriptFile file(run.result.file, run.target.encoding, run.menu.append);
+  if (run.menu.head) {
+    ScriptText head;
+    putFileHead(run, head);
+    writeScript(run, file, "", head);
+  }
+  for (int row = std::max(first, 0); row <= last && row < run.rows.count(); ++row) {
+    if (run.host.dialogs.stopRequested()) break;
+    putRow(run, row, first == last, file);
+    run.host.dialogs.progress(++run.done, run.total);
+    if (run.list.errorMark) break;
+  }
+  file.close();
+}
+
+/// The mark of a run under way: moving through the list asks nothing and loads no more than generators read.
+void setUnderWay(Run& run, bool underWay) {
+  run.list.running = underWay;
+  run.detail.batch = underWay;
+  if (underWay) {
+    run.list.errorMark = false;
+    run.rows.selected.resize(run.rows.rows.size());
+  }
+}
+
+/// Shows the list's current row on the detail screen again, as a person sees it.
+void showCurrentRow(Run& run) {
+  const std::string id(tableListId(run.rows.text()));
+  if (!id.empty()) pGet_TableID2TableDetails(run.session, run.host, run.detail, id);
+}
+
+/// The script's place: the one asked for, or one in the System's folder, which is then made. Needs the System record.
+std::filesystem::path scriptFile(const Run& run, std::string_view prefix, std::string_view name) {
+  if (run.target.file) return *run.target.file;
+  // A folder that cannot be made shows itself when the file is opened.
+  gMakeFolder(run.system.tempWorkFolder);
+  return toPath(gSafePathJoin(run.system.tempWorkFolder, std::string(prefix).append(name).append(".txt")));
+}
+
+/// A file that cannot be deleted shows itself when it is opened. Devices and folders are not ours to delete.
+void removeOldFile(const std::filesystem::path& file) {
+  std::error_code ignored;
+  if (std::filesystem::symlink_status(file, ignored).type() == std::filesystem::file_type::regular)
+    std::filesystem::remove(file, ignored);
+}
+
+std::string_view filePrefix(const Menu& menu) { return menu.views ? "SqlView_" : "Sql_"; }
+
+/// Whether the run may begin; a refusal is told.
+bool mayBegin(Host& host, const frmTBDetail& detail, RunResult& result) {
+  if (!detail.changed) return true;
+  gMsgBox(host, "詳細画面が編集中です.");
+  result.failed = true;
+  return false;
+}
+
+/// A run over the current row or all rows of LstTable.
+RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, const RunTarget& target,
+                  const Menu& menu) {
+  Run run{session, host, list, detail, list.LstTable, menu, target};
+  if (menu.asks && (!mayBegin(host, detail, run.result) || !ask(host, menu.question))) return run.result;
+  setUnderWay(run, true);
+  const int remembered = run.rows.listIndex;
+  const int first = menu.allRows ? 0 : remembered;
+  const int last = menu.allRows ? run.rows.count() - 1 : remembered;
+  run.total = last - first + 1;
+
+  if (gMDB_GetSystemInfo(session, host, session.gCurrentSystemName, run.system)) {
+    const bool ofSystem = menu.allRows || menu.append;
+    run.result.file =
+        scriptFile(run, filePrefix(menu), ofSystem ? session.gCurrentSystemName : tableListName(run.rows.text()));
+    if (!menu.append) removeOldFile(run.result.file);
+    guarded(run, [&] {
+      putRows(run, first, last);
+      writeSqlHistory(session, run.history);
+    });
+  } else {
+    run.result.failed = true;
+  }
+
+  if (menu.asks) run.rows.listIndex = remembered;
+  if (menu.asks && !list.errorMark && ask(host, "作成結果を表示しますか?") && !run.result.file.empty())
+    host.opener.openFile(run.result.file);
+  setUnderWay(run, false);
+  showCurrentRow(run);
+  return run.result;
+}
+
+/// A run over the selected rows of LstTableSel, each appended to the System's file.
+RunResult runSelection(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, const RunTarget& target,
+                       const Menu& menu) {
+  Run run{session, host, list, detail, list.LstTableSel, menu, target};
+  run.total = std::count(run.rows.selected.begin(), run.rows.selected.end(), true);
+  if (run.total == 0) {
+    gMsgBox(host, "選択されていないようです.", kOkOnly, "選択してね!");
+    run.result.failed = true;
+    return run.result;
+  }
+  if (!mayBegin(host, detail, run.result) || !ask(host, menu.question)) return run.result;
+  if (!gMDB_GetSystemInfo(session, host, session.gCurrentSystemName, run.system)) {
+    gMsgBox(host, "システム情報の取得に失敗しました.", kOkOnly, "しっぱい");
+    run.result.failed = true;
+    return run.result;
+  }
+  setUnderWay(run, true);
+  run.result.file = scriptFile(run, filePrefix(menu), session.gCurrentSystemName);
+  removeOldFile(run.result.file);
+  for (int row = 0; row < run.rows.count(); ++row) {
+    const auto place = static_cast<std::size_t>(row);
+    if (!run.rows.selected[place]) continue;
+    if (host.dialogs.stopRequested()) break;
+    guarded(run, [&] { putRows(run, row, row); });
+    run.rows.selected[place] = false;
+    if (menu.views && list.errorMark) break;
+  }
+  guarded(run, [&] { writeSqlHistory(session, run.history); });
+
+  if (ask(host, "出力結果を表示しますか?")) host.opener.openFile(run.result.file);
+  setUnderWay(run, false);
+  showCurrentRow(run);
+  return run.result;
+}
+
+}  // namespace
+
+RunResult mnuCreateSql_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
+                             const RunTarget& target) {
+  Menu menu;
+  menu.optionSwitch = index == 0 || index == 1 || index == kSelectionSql;
+  menu.allRows = index == 1 || index == 3;
+  menu.append = index == kSelectionSql || index == kSelectionSqlFull;
+  menu.asks = index < kSelectionIndexes;
+  return runMenu(session, host, list, detail, target, menu);
+}
+
+RunResult mnuCreateSQLSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
+                                const RunTarget& target) {
+  Menu menu;
+  menu.optionSwitch = index == 0;
+  menu.append = true;
+  return runSelection(session, host, list, detail, target, menu);
+}
+
+RunResult mnuCreateView_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
+                              const RunTarget& target) {
+  Menu menu;
+  menu.views = true;
+  menu.append = index > 0;
+  menu.head = index == 0;
+  menu.asks = index == 0;
+  return runMenu(session, host, list, detail, target, menu);
+}
+
+RunResult mnuCreateViewSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int,
+                                 const RunTarget& target) {
+  Menu menu;
+  menu.views = true;
+  menu.append = true;
+  menu.head = false;
+  menu.question = "VIEW.Sql文を作成します.";
+  return runSelection(session, host, list, detail, target, menu);
+}
+
+void mnuCreateSQLBack_Click(Session& session, frmTBList& list) {
+  bool& checked = list.mnuCreateSQLBack.checked;
+  checked = !checked;
+  session.settings.createSql2BackUpTable = checked;
+  if (session.ini) putAppSetting(*session.ini, "CreateSql2BackUpTable", checked ? "1" : "0");
+}
+
+}  // namespace quillmarden

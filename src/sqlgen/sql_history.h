@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "editing/frm_tb_detail.h"
+#include "repository/session.h"
+
+namespace quillmarden {
+
+/// Stamps that wait to be written. Every commit waits for the disk, so the stamps of a run are written together;
+/// what is stored in the end is what stamping each table by itself stores.
+struct SqlHistory {
+  struct Stamp {
+    std::string id;      ///< the table's
+    std::string moment;  ///< "yyyy/mm/dd hh:nn:00"
+  };
+  std::vector<Stamp> waiting;
+  std::unordered_set<std::string> ids;  ///< of those that wait
+};
+
+/// Stamps the table on show and shows the new values. Writes when enough stamps wait; throws EngineError then.
+void pPutSqlHistory(Session& session, SqlHistory& history, frmTBDetail& table, const DateTime& now);
+
+/// Whether the table's own stamp has not reached the Repository yet.
+bool waitsForStamp(const SqlHistory& history, std::string_view tableId);
+
+/// Writes all waiting stamps in one transaction. Throws EngineError; the stamps are dropped then.
+void writeSqlHistory(Session& session, SqlHistory& history);
+
+}  // namespace quillmarden

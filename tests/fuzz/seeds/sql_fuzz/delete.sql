@@ -1,0 +1,1 @@
+DELETE * FROM d WHERE ID = 1;

@@ -1,0 +1,1 @@
+INSERT INTO t (id, s) SELECT ID, 名前 FROM a

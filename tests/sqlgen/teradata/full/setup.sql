@@ -1,0 +1,4 @@
+INSERT INTO MAS_DIVISIONDETAILES (システム名, 値名称, 行番号, 値) VALUES ('販売', 'フラグ', 1, '0')
+INSERT INTO MAS_DIVISIONDETAILES (システム名, 値名称, 行番号, 値) VALUES ('販売', 'フラグ', 2, '1')
+INSERT INTO MAS_TABLEDETAILES (ID, ROWNO, 表示順, 項目名) VALUES (12, 1, 1, 'flag')
+INSERT INTO MAS_INDEX (INDEX_NAME, ID, ROWNO, 順序) VALUES ('IX_1', 12, 1, 1)
