@@ -10,7 +10,7 @@ struct CodePage {
   std::array<std::uint16_t, 0x10000> toCell;  ///< by character of the basic plane; 0 where there is no cell
   std::array<char16_t, 0x10000> toCharacter;  ///< by cell, lead byte first; 0 where there is no character
 
-  /// The table, built by the first call. ASCII needs none of it: callers keep away as long as they can.
+  /// The table, which the build takes from ICU: a command that writes one Japanese line has no time to ask it.
   static const CodePage& get();
 };
 
