@@ -3,7 +3,9 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "cli/capacity.h"
 #include "cli/console_host.h"
@@ -76,7 +78,7 @@ void addCommonOptions(CLI::App& app, Options& options) {
 }
 
 void addUser(CLI::App& app, Options& options, const char* help) {
-  addRepeated(app, "--user", options.users, help)->check(filledValidator())->group("共通オプション");
+  addRepeated(app, "--user", options.users, help)->group("共通オプション");
 }
 
 void addSystem(CLI::App& app, Options& options) {
@@ -209,6 +211,8 @@ std::optional<ExitStatus> parseCommandLine(int argc, char** argv, CommandLine& c
   addUser(app, options, kUserHelp);
   for (const Command& command : kCommands) {
     CLI::App* sub = app.add_subcommand(command.name, command.help)->group("コマンド");
+    // The options of all commands together cost more than a login, and only a command that is named is asked for them.
+    if (std::find(argv, argv + argc, std::string_view(command.name)) == argv + argc) continue;
     sub->get_help_ptr()->group("オプション");
     command.addOptions(*sub, options);
     addCommonOptions(*sub, options);
