@@ -66,6 +66,10 @@ void checkPath(const std::string& path) {
   }
 }
 
+// SQLite counts its memory under a lock with every allocation, and nobody asks for the counts. Only the process's first
+// connection can turn them off.
+void countNoMemory() { [[maybe_unused]] static const int done = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0); }
+
 // SQLite would read a name that begins so as an address with options.
 std::string plainPath(const std::string& path) { return path.rfind("file:", 0) == 0 ? "./" + path : path; }
 
@@ -150,6 +154,7 @@ std::string_view PreparedStatement::text(int column) const {
 
 Connection::Connection(std::string path) : path_(std::move(path)) {
   checkPath(path_);
+  countNoMemory();
   try {
     open();
   } catch (...) {

@@ -54,95 +54,91 @@ std::string columnList(const std::vector<std::string>& columns) {
   return list;
 }
 
-void readTables(Connection& connection, Schema& schema) {
-  PreparedStatement columns(connection,
-                            "SELECT t.name, t.sql, c.name, c.type, c.\"notnull\", c.pk "
-                            "FROM sqlite_schema AS t, pragma_table_info(t.name) AS c "
-                            "WHERE t.type = 'table' AND t.name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
-                            "ORDER BY t.rowid, c.cid");
-  struct KeyColumn {
-    std::int64_t place;
-    std::string name;
-  };
+struct KeyColumn {
+  std::int64_t place;
+  std::string name;
+};
+
+IndexDef primaryKeyOf(std::vector<KeyColumn> key) {
+  std::sort(key.begin(), key.end(), [](const KeyColumn& a, const KeyColumn& b) { return a.place < b.place; });
+  IndexDef index{std::string(kPrimaryKey), {}, true, true};
+  for (KeyColumn& column : key) index.fields.push_back(std::move(column.name));
+  return index;
+}
+
+TableDef readTable(Connection& connection, std::string_view name, std::string_view sql) {
+  TableDef table{std::string(name), {}, {}};
   std::vector<KeyColumn> key;
   bool keyIsRowId = false;
-  TableDef table;
-  const auto finish = [&] {
-    if (table.name.empty()) return;
-    if (sameName(table.name, kQueryTable)) {
-      schema.hasQueries = true;
-    } else {
-      if (!key.empty()) {
-        std::sort(key.begin(), key.end(), [](const KeyColumn& a, const KeyColumn& b) { return a.place < b.place; });
-        IndexDef index{std::string(kPrimaryKey), {}, true, true};
-        for (KeyColumn& column : key) index.fields.push_back(std::move(column.name));
-        if (keyIsRowId && index.fields.size() == 1) {
-          for (FieldDef& field : table.fields) {
-            if (field.name == index.fields[0]) field.type = FieldType::Auto;
-          }
-        }
-        table.indexes.push_back(std::move(index));
-      }
-      schema.places.emplace(table.name, schema.tables.size());
-      schema.tables.push_back(std::move(table));
-    }
-    table = TableDef{};
-    key.clear();
-    keyIsRowId = false;
-  };
-  std::string sql;
+  const bool hasChecks = sql.find("CHECK") != std::string_view::npos;
+  PreparedStatement columns(connection, "PRAGMA table_info(" + quotedName(name) + ")");
   while (columns.step()) {
-    if (columns.text(0) != table.name) {
-      finish();
-      table.name = columns.text(0);
-      sql = columns.text(1);
-    }
     FieldDef field;
-    field.name = columns.text(2);
-    readDeclaredType(columns.text(3), field);
-    field.required = columns.integer(4) != 0;
-    if (field.type == FieldType::Text || field.type == FieldType::Memo) {
-      field.allowZeroLength = sql.find(zeroLengthCheck(field.name)) == std::string::npos;
+    field.name = columns.text(1);
+    readDeclaredType(columns.text(2), field);
+    field.required = columns.integer(3) != 0;
+    if (hasChecks && (field.type == FieldType::Text || field.type == FieldType::Memo)) {
+      field.allowZeroLength = sql.find(zeroLengthCheck(field.name)) == std::string_view::npos;
     }
     if (const std::int64_t place = columns.integer(5); place > 0) {
       // Exactly this word makes a column the row's number.
-      if (sameName(columns.text(3), "INTEGER")) keyIsRowId = true;
+      if (sameName(columns.text(2), "INTEGER")) keyIsRowId = true;
       key.push_back({place, field.name});
     }
     table.fields.push_back(std::move(field));
   }
-  finish();
+  if (key.empty()) return table;
+  if (keyIsRowId && key.size() == 1) {
+    for (FieldDef& field : table.fields) {
+      if (field.name == key[0].name) field.type = FieldType::Auto;
+    }
+  }
+  table.indexes.push_back(primaryKeyOf(std::move(key)));
+  return table;
+}
+
+// One PRAGMA for each table costs half of SQLite's table-valued form of it, which runs the same one inside.
+void readTables(Connection& connection, Schema& schema) {
+  PreparedStatement tables(connection,
+                           "SELECT name, sql FROM sqlite_schema "
+                           "WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY rowid");
+  while (tables.step()) {
+    if (sameName(tables.text(0), kQueryTable)) {
+      schema.hasQueries = true;
+      continue;
+    }
+    TableDef table = readTable(connection, tables.text(0), tables.text(1));
+    schema.places.emplace(table.name, schema.tables.size());
+    schema.tables.push_back(std::move(table));
+  }
+}
+
+IndexDef readIndex(Connection& connection, std::string_view stored, std::string_view name, bool unique) {
+  IndexDef index{std::string(name), {}, sameName(name, kPrimaryKey), unique};
+  PreparedStatement columns(connection, "PRAGMA index_info(" + quotedName(stored) + ")");
+  while (columns.step()) index.fields.emplace_back(columns.text(2));
+  return index;
 }
 
 void readIndexes(Connection& connection, Schema& schema) {
-  PreparedStatement columns(connection,
-                            "SELECT i.tbl_name, i.name, i.sql LIKE 'CREATE UNIQUE%', c.name "
-                            "FROM sqlite_schema AS i, pragma_index_info(i.name) AS c "
-                            "WHERE i.type = 'index' AND i.sql IS NOT NULL ORDER BY i.rowid, c.seqno");
-  std::string current;
-  IndexDef* index = nullptr;
-  while (columns.step()) {
-    if (columns.text(1) != current) {
-      current = columns.text(1);
-      index = nullptr;
-      const auto place = schema.places.find(columns.text(0));
-      if (place == schema.places.end()) continue;
-      TableDef& table = schema.tables[place->second];
-      const std::string prefix = table.name + ".";
-      std::string_view name = current;
-      if (sameName(name.substr(0, prefix.size()), prefix)) name.remove_prefix(prefix.size());
-      IndexDef read{std::string(name), {}, false, columns.integer(2) != 0};
-      if (sameName(name, kPrimaryKey)) {
-        // Beside an Auto number that SQLite has for its key, the table's own key is this one.
-        for (IndexDef& other : table.indexes) {
-          if (other.primary) other = IndexDef{"RowNumber", other.fields, false, true};
-        }
-        read.primary = true;
+  PreparedStatement indexes(connection,
+                            "SELECT tbl_name, name, sql LIKE 'CREATE UNIQUE%' FROM sqlite_schema "
+                            "WHERE type = 'index' AND sql IS NOT NULL ORDER BY rowid");
+  while (indexes.step()) {
+    const auto place = schema.places.find(indexes.text(0));
+    if (place == schema.places.end()) continue;
+    TableDef& table = schema.tables[place->second];
+    const std::string prefix = table.name + ".";
+    std::string_view name = indexes.text(1);
+    if (sameName(name.substr(0, prefix.size()), prefix)) name.remove_prefix(prefix.size());
+    IndexDef index = readIndex(connection, indexes.text(1), name, indexes.integer(2) != 0);
+    if (index.primary) {
+      // Beside an Auto number that SQLite has for its key, the table's own key is this one.
+      for (IndexDef& other : table.indexes) {
+        if (other.primary) other = IndexDef{"RowNumber", other.fields, false, true};
       }
-      table.indexes.push_back(std::move(read));
-      index = &table.indexes.back();
     }
-    if (index != nullptr) index->fields.emplace_back(columns.text(3));
+    table.indexes.push_back(std::move(index));
   }
 }
 
