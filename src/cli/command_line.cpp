@@ -160,6 +160,7 @@ const Command kCommands[] = {
        addSystem(app, options);
        addChosenTables(app, options);
        app.add_flag("--full", options.full, "オプション設定によらず、DROP文以外を全て出力する");
+       app.add_flag("--runnable", options.runnable, "データベースでそのまま実行できる形式で出力する");
      }},
     {"view", "VIEW文のファイルを作成し、ファイル名を表示する", runView, true,
      [](CLI::App& app, Options& options) {

@@ -59,6 +59,7 @@ ExitStatus generate(Run& run, const ScriptMenus& menus) {
   frmTBList list;
   frmTBDetail detail;
   if (!openTableList(run, list)) return kFailed;
+  if (run.options.runnable) list.mnuCreateSQLRunnable.checked = true;
   std::vector<int> rows = chosenRows(run, list);
   if (rows.empty() && !run.options.tables.empty()) return kFailed;
 

@@ -36,6 +36,7 @@ struct Options {
   bool gridOnly = false;  ///< of `show`
   std::string gridFile;   ///< of `save`
   bool full = false;
+  bool runnable = false;
   std::string output;  ///< "" for the file in the System's folder
 };
 

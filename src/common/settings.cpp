@@ -73,6 +73,7 @@ void readOutput(const Reader& read, AppSettings& settings) {
   settings.createSql2StrageIsPut = read.flag("CreateSql2StrageIsPut", true);
   settings.createSql2DefaultIsPut = read.flag("CreateSql2DefaultIsPut", true);
   settings.createSql2BackUpTable = read.flag("CreateSql2BackUpTable", false);
+  settings.createSql2Runnable = read.flag("CreateSql2Runnable", false);
   settings.excelObject2SetKage = read.flag("ExcelObject2SetKage", true);
   settings.lowerFieldName = read.flag("LowerFieldName", false);
   constexpr std::string_view kMember[] = {"Comp",      "CompRaku", "Bumon1", "Bumon2",

@@ -60,6 +60,7 @@ struct AppSettings {
   bool createSql2StrageIsPut = true;
   bool createSql2DefaultIsPut = true;
   bool createSql2BackUpTable = false;
+  bool createSql2Runnable = false;  ///< the form that a server takes as it stands
   bool excelObject2SetKage = true;
   bool lowerFieldName = false;
   std::array<bool, 8> putMemberInfo = allOn<8>();  ///< Comp, CompRaku, Bumon1, Bumon2, Yakusyoku, Tel, Mail, Yakuwari

@@ -206,6 +206,7 @@ void frmTBList_Load(Session& session, Host&, frmTBList& screen) {
   screen.OptAll.value = true;
   screen.OptTb.value = screen.OptReverse.value = false;
   screen.mnuCreateSQLBack.checked = session.settings.createSql2BackUpTable;
+  screen.mnuCreateSQLRunnable.checked = session.settings.createSql2Runnable;
   readSearchTexts(session, screen);
   screen.CmbSystem.entries = {std::string(kNewSystem), std::string(kAllSystems)};
   for (std::string& name : gGetSystemList(session)) screen.CmbSystem.entries.push_back(std::move(name));

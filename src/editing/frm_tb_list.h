@@ -41,6 +41,7 @@ struct frmTBList {
   MenuItem mnuDelete;
   MenuItem mnutsSetting;
   MenuItem mnuCreateSQLBack;
+  MenuItem mnuCreateSQLRunnable;  ///< 実行可能形式で出力: the form that a server takes as it stands
   int rowCount = 0;
   bool running = false;    ///< a generation run is under way
   bool errorMark = false;  ///< the last run of a menu ended with an error

@@ -1,6 +1,7 @@
 #include "relations/index.h"
 
 #include "common/numbers.h"
+#include "common/text.h"
 
 namespace quillmarden {
 
@@ -13,31 +14,45 @@ std::string indexSql(std::string_view select, std::string_view tableId, std::str
   return sql.append(tableId).append(tail);
 }
 
+constexpr std::string_view kIndexRows =
+    "SELECT i.INDEX_NAME, i.備考, i.bolUNIQUE, i.brinindex, i.ROWNO, d.項目名, i.ID "
+    " FROM MAS_INDEX AS i "
+    "   INNER JOIN MAS_TABLEDETAILES AS d "
+    "       ON (i.ROWNO = d.ROWNO) "
+    "       AND (i.ID = d.ID)";
+
+/// Adds a row to the index that the row before it began, or begins another.
+void addIndexRow(const Recordset& row, std::vector<TableIndex>& indexes) {
+  if (indexes.empty() || indexes.back().name != row.text(0)) {
+    TableIndex index;
+    index.name = row.text(0);
+    index.remark = row.text(1);
+    index.uniqueFlag = static_cast<long>(row.integer(2));
+    index.brin = row.integer(3) != 0;
+    indexes.push_back(std::move(index));
+  }
+  indexes.back().fields.push_back({static_cast<long>(row.integer(4)), std::string(row.text(5))});
+}
+
 }  // namespace
 
 std::vector<TableIndex> gGetIndexList(Database& database, std::string_view tableId) {
-  const std::string sql = indexSql(
-      "SELECT i.INDEX_NAME, i.備考, i.bolUNIQUE, i.brinindex, i.ROWNO, d.項目名 "
-      " FROM MAS_INDEX AS i "
-      "   INNER JOIN MAS_TABLEDETAILES AS d "
-      "       ON (i.ROWNO = d.ROWNO) "
-      "       AND (i.ID = d.ID)"
-      "   Where i.ID = ",
-      tableId, " ORDER BY i.INDEX_NAME, i.順序");
-
   std::vector<TableIndex> indexes;
+  const std::string sql =
+      indexSql(std::string(kIndexRows) + "   Where i.ID = ", tableId, " ORDER BY i.INDEX_NAME, i.順序");
   if (sql.empty()) return indexes;
-  for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext()) {
-    if (indexes.empty() || indexes.back().name != rows.text(0)) {
-      TableIndex index;
-      index.name = rows.text(0);
-      index.remark = rows.text(1);
-      index.uniqueFlag = static_cast<long>(rows.integer(2));
-      index.brin = rows.integer(3) != 0;
-      indexes.push_back(std::move(index));
-    }
-    indexes.back().fields.push_back({static_cast<long>(rows.integer(4)), std::string(rows.text(5))});
-  }
+  for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext()) addIndexRow(rows, indexes);
+  return indexes;
+}
+
+std::unordered_map<std::string, std::vector<TableIndex>> indexesOfSystem(Database& database, std::string_view system) {
+  std::unordered_map<std::string, std::vector<TableIndex>> indexes;
+  std::string sql(kIndexRows);
+  sql.append("   Where i.ID In (SELECT t.ID FROM MAS_TABLEINFO AS t WHERE t.システム名 = '")
+      .append(gReplaceAll(system, "'", "''"))
+      .append("') ORDER BY i.ID, i.INDEX_NAME, i.順序");
+  for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext())
+    addIndexRow(rows, indexes[std::string(rows.text(6))]);
   return indexes;
 }
 

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "engine/database.h"
@@ -25,6 +26,9 @@ struct TableIndex {
 
 /// The indexes of a table, ordered by name, fields by their place. Rows whose field is gone are left out.
 std::vector<TableIndex> gGetIndexList(Database& database, std::string_view tableId);
+
+/// The same for all tables of a System, by their ID.
+std::unordered_map<std::string, std::vector<TableIndex>> indexesOfSystem(Database& database, std::string_view system);
 
 /// Whether the table has any index row.
 bool hasIndexes(Database& database, std::string_view tableId);

@@ -44,7 +44,7 @@ void putHead(const Generation& generation, const HeadStyle& style, ScriptText& s
   script.print("\r\n");
 }
 
-double numberIn(std::string_view text) { return gStr2Double(gNumFromText(text, true)); }
+double numberIn(std::string_view text) { return text.empty() ? 0 : gStr2Double(gNumFromText(text, true)); }
 
 std::string digitsText(const Field& field) {
   const double fraction = numberIn(field.fractionDigits);

@@ -9,6 +9,7 @@
 #include "common/text.h"
 #include "sqlgen/clauses.h"
 #include "sqlgen/generators.h"
+#include "sqlgen/runnable/script.h"
 #include "sqlgen/sql_history.h"
 
 namespace quillmarden {
@@ -42,6 +43,7 @@ struct Run {
   SystemRecord system{};
   CheckListCache checkLists{};
   SqlHistory history{};
+  std::vector<RunnableScript> runnable{};  ///< what a run in the runnable form has collected, one a kind
   RunResult result{};
   long done = 0;
   long total = 0;
@@ -89,16 +91,20 @@ void writeScript(Run& run, ScriptFile& file, const std::string& table, const Scr
   if (!lost.empty()) run.result.lost.emplace_back(table, std::move(lost));
 }
 
+Generation generationOf(Run& run) {
+  return {run.session,
+          run.host,
+          run.detail,
+          run.system,
+          run.checkLists,
+          run.menu.optionSwitch,
+          run.list.mnuCreateSQLBack.checked};
+}
+
 /// Writes the table on show in one piece, so that a full disk leaves whole tables.
 void putTable(Run& run, Generator generator, ScriptFile& file) {
   const std::string& table = run.detail.txtTableNameENG.text;
-  const Generation generation{run.session,
-                              run.host,
-                              run.detail,
-                              run.system,
-                              run.checkLists,
-                              run.menu.optionSwitch,
-                              run.list.mnuCreateSQLBack.checked};
+  const Generation generation = generationOf(run);
   ScriptText script;
   try {
     generator(generation, script);
@@ -110,8 +116,90 @@ void putTable(Run& run, Generator generator, ScriptFile& file) {
   ++run.result.tables;
 }
 
-/// Selects the row, shows its table and writes its statements.
-void putRow(Run& run, int row, bool alone, ScriptFile& file) {
+bool isRunnable(const Run& run) { return !run.menu.views && run.list.mnuCreateSQLRunnable.checked; }
+
+constexpr long kManyTables = 20;  ///< from here on one look-up for the whole System is cheaper than one a table
+
+/// MySQL takes two hyphens for a comment only where a blank follows, so its ruler is of the other form.
+HeadStyle headStyleOf(const Run& run, ScriptKind kind) {
+  HeadStyle style;
+  if (kind == ScriptKind::MySql) {
+    style.ruler = "/*----------------------------------------------------*/";
+    style.open = "/* \t";
+    style.close = "*/";
+  }
+  if (kind == ScriptKind::PostgreSql) style.schema = run.system.odbcSource;
+  return style;
+}
+
+/// Keeps the table on show for the end of the run, with the text that stands in front of it.
+void collectTable(Run& run, ScriptKind kind, const std::string& fileHead) {
+  auto script = std::find_if(run.runnable.begin(), run.runnable.end(),
+                             [&](const RunnableScript& known) { return known.kind == kind; });
+  if (script == run.runnable.end()) {
+    script = run.runnable.insert(run.runnable.end(), RunnableScript{});
+    script->kind = kind;
+    script->lookUps.manyTables = run.total > kManyTables;
+  }
+  const Generation generation = generationOf(run);
+  ScriptText text;
+  text.text = fileHead;
+  putHead(generation, headStyleOf(run, kind), text);
+  if (run.detail.lblBunrui.caption == "VIEW") {
+    script->views.push_back(readScriptView(generation));
+    script->views.back().head = std::move(text.text);
+    return;
+  }
+  script->tables.push_back(readScriptTable(generation, kind, script->lookUps));
+  script->tables.back().head = std::move(text.text);
+}
+
+/// Parts of a script with the names of their tables.
+using Pieces = std::vector<std::pair<std::string, std::string>>;
+constexpr std::size_t kPiecesAtOnce = 100;
+constexpr std::size_t kWrittenAtOnce = 100000;
+
+/// Writes the pieces in one go. Only where something was lost are they looked at one by one.
+void writePieces(Run& run, ScriptFile& file, Pieces& pieces) {
+  std::string all;
+  for (const auto& [table, text] : pieces) all += text;
+  if (!file.write(all).empty()) {
+    for (const auto& [table, text] : pieces) {
+      std::u32string lost;
+      toCp932(text, &lost);
+      if (!lost.empty()) run.result.lost.emplace_back(table, std::move(lost));
+    }
+  }
+  pieces.clear();
+}
+
+/// Writes what the run has collected, and stamps it.
+void putRunnable(Run& run, ScriptFile& file) {
+  const AppSettings& settings = run.session.settings;
+  const Generation generation = generationOf(run);
+  const RunnableOptions options{.drops = generation.dropDue(),
+                                .foreignKeys = generation.due(settings.createSql2FkIsPut),
+                                .comments = generation.due(settings.createSql2CommentIsPut),
+                                .checks = generation.due(settings.createSql2CheckIsPut),
+                                .defaults = generation.due(settings.createSql2DefaultIsPut),
+                                .storage = generation.due(settings.createSql2StrageIsPut),
+                                .backup = generation.backup ? formatDateTime(run.host.clock.now(), "mmddhhnnss") : ""};
+  Pieces pieces;
+  for (const RunnableScript& script : run.runnable) {
+    putRunnableScript(script, run.system, *run.session.gDB, options,
+                      [&](const std::string& table, const ScriptText& text) {
+                        pieces.emplace_back(table, text.text);
+                        if (text.text.size() > kWrittenAtOnce || pieces.size() > kPiecesAtOnce)
+                          writePieces(run, file, pieces);
+                      });
+    writePieces(run, file, pieces);
+    run.result.tables += static_cast<int>(script.tables.size() + script.views.size());
+    for (const ScriptTable& table : script.tables) stampTable(run.session, run.history, table.id, run.host.clock.now());
+  }
+}
+
+/// Selects the row, shows its table and writes its statements, or keeps them for the end of a run in the runnable form.
+void putRow(Run& run, int row, bool alone, ScriptFile& file, const std::string& fileHead) {
   const auto place = static_cast<std::size_t>(row);
   run.rows.listIndex = row;
   run.rows.selected[place] = true;
@@ -125,6 +213,11 @@ void putRow(Run& run, int row, bool alone, ScriptFile& file) {
   }
 
   run.host.dialogs.yield();
+  if (const auto kind = scriptKindOf(run.detail.lblFileType.caption); kind && isRunnable(run)) {
+    collectTable(run, *kind, fileHead);
+    run.rows.selected[place] = false;
+    return;
+  }
   if (run.menu.views || run.detail.lblBunrui.caption == "VIEW") {
     putTable(run, pCreateCurrentTable2SqlView, file);
     return;
@@ -160,17 +253,25 @@ void guarded(Run& run, Body&& body) {
 /// Rows of the list from first to last into the file, after its head.
 void putRows(Run& run, int first, int last) {
   ScriptFile file(run.result.file, run.target.encoding, run.menu.append);
-  if (run.menu.head) {
-    ScriptText head;
-    putFileHead(run, head);
-    writeScript(run, file, "", head);
-  }
+  ScriptText head;
+  if (run.menu.head) putFileHead(run, head);
+  // In the runnable form the drops of all tables come first: a selection's further heads stand with their tables.
+  const bool headWaits = isRunnable(run) && !run.runnable.empty();
+  if (run.menu.head && !headWaits) writeScript(run, file, "", head);
   for (int row = std::max(first, 0); row <= last && row < run.rows.count(); ++row) {
     if (run.host.dialogs.stopRequested()) break;
-    putRow(run, row, first == last, file);
+    putRow(run, row, first == last, file, headWaits ? head.text : std::string());
     run.host.dialogs.progress(++run.done, run.total);
     if (run.list.errorMark) break;
   }
+  file.close();
+}
+
+/// The end of a run in the runnable form; other runs have written everything by now.
+void putCollected(Run& run) {
+  if (run.runnable.empty()) return;
+  ScriptFile file(run.result.file, run.target.encoding, true);
+  putRunnable(run, file);
   file.close();
 }
 
@@ -233,6 +334,7 @@ RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& de
     if (!menu.append) removeOldFile(run.result.file);
     guarded(run, [&] {
       putRows(run, first, last);
+      putCollected(run);
       writeSqlHistory(session, run.history);
     });
   } else {
@@ -274,7 +376,10 @@ RunResult runSelection(Session& session, Host& host, frmTBList& list, frmTBDetai
     run.rows.selected[place] = false;
     if (menu.views && list.errorMark) break;
   }
-  guarded(run, [&] { writeSqlHistory(session, run.history); });
+  guarded(run, [&] {
+    putCollected(run);
+    writeSqlHistory(session, run.history);
+  });
 
   if (ask(host, "出力結果を表示しますか?")) host.opener.openFile(run.result.file);
   setUnderWay(run, false);
@@ -327,6 +432,13 @@ void mnuCreateSQLBack_Click(Session& session, frmTBList& list) {
   checked = !checked;
   session.settings.createSql2BackUpTable = checked;
   if (session.ini) putAppSetting(*session.ini, "CreateSql2BackUpTable", checked ? "1" : "0");
+}
+
+void mnuCreateSQLRunnable_Click(Session& session, frmTBList& list) {
+  bool& checked = list.mnuCreateSQLRunnable.checked;
+  checked = !checked;
+  session.settings.createSql2Runnable = checked;
+  if (session.ini) putAppSetting(*session.ini, "CreateSql2Runnable", checked ? "1" : "0");
 }
 
 }  // namespace quillmarden

@@ -43,5 +43,7 @@ RunResult mnuCreateViewSel_Click(Session& session, Host& host, frmTBList& list, 
                                  const RunTarget& target = {});
 /// Toggles the check of the back-up menu and stores it.
 void mnuCreateSQLBack_Click(Session& session, frmTBList& list);
+/// Toggles the form that a server takes as it stands, and stores it.
+void mnuCreateSQLRunnable_Click(Session& session, frmTBList& list);
 
 }  // namespace quillmarden

@@ -26,18 +26,19 @@ std::string stampSql(std::string_view moment, std::string_view idList) {
 
 }  // namespace
 
-void pPutSqlHistory(Session& session, SqlHistory& history, frmTBDetail& table, const DateTime& now) {
-  const std::string& id = table.lblID.caption;
+void stampTable(Session& session, SqlHistory& history, const std::string& id, const DateTime& now) {
   if (waitsForStamp(history, id)) writeSqlHistory(session, history);
   history.waiting.push_back({id, formatDateTime(now, "yyyy/mm/dd hh:nn:00")});
   history.ids.insert(id);
+  if (history.waiting.size() >= kStampsAtOnce) writeSqlHistory(session, history);
+}
 
+void pPutSqlHistory(Session& session, SqlHistory& history, frmTBDetail& table, const DateTime& now) {
   const std::string shown = formatDateTime(now, "yyyy/mm/dd hh:nn");
   if (table.lblFirstSQL.caption.empty()) table.lblFirstSQL.caption = shown;
   table.lblNewSQL.caption = shown;
   table.lblNumSQL.caption = plainNumber(numberIn(table.lblNumSQL.caption) + 1);
-
-  if (history.waiting.size() >= kStampsAtOnce) writeSqlHistory(session, history);
+  stampTable(session, history, table.lblID.caption, now);
 }
 
 bool waitsForStamp(const SqlHistory& history, std::string_view tableId) {

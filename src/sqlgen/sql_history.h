@@ -21,7 +21,10 @@ struct SqlHistory {
   std::unordered_set<std::string> ids;  ///< of those that wait
 };
 
-/// Stamps the table on show and shows the new values. Writes when enough stamps wait; throws EngineError then.
+/// Stamps a table. Writes when enough stamps wait; throws EngineError then.
+void stampTable(Session& session, SqlHistory& history, const std::string& id, const DateTime& now);
+
+/// The same for the table on show, which then shows the new values.
 void pPutSqlHistory(Session& session, SqlHistory& history, frmTBDetail& table, const DateTime& now);
 
 /// Whether the table's own stamp has not reached the Repository yet.

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+namespace quillmarden {
+
+/// The Database kinds that scripts are made for.
+enum class ScriptKind { Oracle, Teradata, SqlServer, MySql, PostgreSql };
+
+struct ScriptColumn;
+struct ScriptTable;
+
+/// What a column's type is to literals, checks and keys.
+enum class TypeClass { Number, Text, Date, Boolean, Binary, Other };
+
+/// The names of a table as a statement needs them.
+struct TableNames {
+  std::string schema;     ///< without quotes, "" for none
+  std::string name;       ///< without quotes
+  std::string qualified;  ///< both with quotes
+};
+
+/// How a kind writes what all kinds have. Everything else is in the kind's own file.
+struct Dialect {
+  enum class BareCase { Kept, Lower, Upper };  ///< what a server makes of a name without quotes
+
+  ScriptKind kind;
+  std::string_view open;  ///< quote in front of a name
+  std::string_view close;
+  BareCase bareCase;
+  std::size_t nameLimit;      ///< longest name
+  bool limitInBytes;          ///< the limit counts bytes of UTF-8, else characters
+  std::string_view end;       ///< line behind each statement
+  std::size_t tableComment;   ///< longest comment of a table in characters, 0 for no limit
+  std::size_t columnComment;  ///< the same for a column
+  bool defaultBeforeNull;     ///< DEFAULT stands in front of NOT NULL
+  bool commentsInCreate;      ///< comments are options of CREATE TABLE
+  bool indexNamesInSchema;    ///< an index name is unique in the schema, not only in its table
+
+  std::string_view clustered;  ///< behind PRIMARY KEY
+  std::string_view keyPrefix;  ///< in front of the words of made names: "PK_", or "pk_" where capitals need quotes
+
+  /// The type with its digits, identity included.
+  std::string (*type)(const ScriptColumn& column);
+  TypeClass (*typeClass)(std::string_view lowerType);
+  /// A computed column behind its name.
+  std::string (*computed)(std::string_view expression);
+  /// A statement that takes the table away when it is there, and what refers to it.
+  std::string (*drop)(const TableNames& table);
+  /// The statements that give a table or a column its comment; `column` is "" for the table.
+  std::string (*comment)(const TableNames& table, std::string_view column, std::string_view text);
+};
+
+/// `typeClass` of the kinds whose names of types agree: looks the first word up.
+TypeClass commonTypeClass(std::string_view lowerType);
+
+/// The type's words with digits behind the first, where `takesDigits` names that word; as stored when it has
+/// brackets already.
+std::string typeWithDigits(const ScriptColumn& column, std::initializer_list<std::string_view> takesDigits);
+
+const Dialect& dialectOf(ScriptKind kind);
+
+/// A statement of Oracle that does nothing when its table is not there.
+std::string oracleIfThere(std::string_view statement);
+
+// --- one a kind, in its own file
+const Dialect& oracleDialect();
+const Dialect& teradataDialect();
+const Dialect& sqlServerDialect();
+const Dialect& mySqlDialect();
+const Dialect& postgreSqlDialect();
+
+}  // namespace quillmarden

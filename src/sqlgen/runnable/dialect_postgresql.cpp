@@ -1,0 +1,53 @@
+#include "common/text.h"
+#include "sqlgen/runnable/literals.h"
+#include "sqlgen/runnable/names.h"
+
+namespace quillmarden {
+
+namespace {
+
+std::string type(const ScriptColumn& column) {
+  return typeWithDigits(column, {"varchar", "character varying", "char", "character", "bpchar", "numeric", "decimal",
+                                 "bit", "varbit", "bit varying"});
+}
+
+std::string computed(std::string_view expression) {
+  return " numeric GENERATED ALWAYS AS (" + std::string(expression) + ") STORED";
+}
+
+std::string drop(const TableNames& table) { return "DROP TABLE IF EXISTS " + table.qualified + " CASCADE\r\n;\r\n"; }
+
+std::string comment(const TableNames& table, std::string_view column, std::string_view text) {
+  const Dialect& dialect = postgreSqlDialect();
+  std::string statement = column.empty() ? "COMMENT ON TABLE " : "COMMENT ON COLUMN ";
+  statement += table.qualified;
+  if (!column.empty()) statement.append(".").append(quotedName(dialect, column));
+  return statement.append(" IS ").append(textLiteral(dialect, text)).append("\r\n;\r\n");
+}
+
+}  // namespace
+
+const Dialect& postgreSqlDialect() {
+  static const Dialect dialect{.kind = ScriptKind::PostgreSql,
+                               .open = "\"",
+                               .close = "\"",
+                               .bareCase = Dialect::BareCase::Lower,
+                               .nameLimit = 63,
+                               .limitInBytes = true,
+                               .end = ";",
+                               .tableComment = 0,
+                               .columnComment = 0,
+                               .defaultBeforeNull = true,
+                               .commentsInCreate = false,
+                               .indexNamesInSchema = true,
+                               .clustered = "",
+                               .keyPrefix = "pk_",
+                               .type = type,
+                               .typeClass = commonTypeClass,
+                               .computed = computed,
+                               .drop = drop,
+                               .comment = comment};
+  return dialect;
+}
+
+}  // namespace quillmarden

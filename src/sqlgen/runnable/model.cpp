@@ -1,0 +1,201 @@
+#include "sqlgen/runnable/model.h"
+
+#include <algorithm>
+
+#include "common/text.h"
+#include "sqlgen/clauses.h"
+#include "sqlgen/fields.h"
+#include "sqlgen/fk_clause.h"
+#include "sqlgen/oracle_clauses.h"
+
+namespace quillmarden {
+
+namespace {
+
+/// A list of the System itself comes before a shared one of another.
+const ScriptLookUps::ValueList& valueList(const Generation& generation, std::string_view name, ScriptLookUps& cache) {
+  std::string key(name);
+  const auto known = cache.lists.find(key);
+  if (known != cache.lists.end()) return known->second;
+  Recordset rows = generation.session.gDB->openRecordset(
+      "SELECT d.システム名, d.型, a.値 FROM MAS_DIVISION AS d INNER JOIN MAS_DIVISIONDETAILES AS a "
+      "ON d.システム名 = a.システム名 AND d.値名称 = a.値名称 WHERE d.値名称 = '" +
+      gReplaceAll(name, "'", "''") + "' AND d.削除フラグ = 0 AND (d.システム名 = '" +
+      gReplaceAll(generation.system.name, "'", "''") + "' OR d.全システム共通 <> 0) ORDER BY IIf(d.システム名 = '" +
+      gReplaceAll(generation.system.name, "'", "''") + "', 0, 1), d.システム名, a.行番号");
+  ScriptLookUps::ValueList entry;
+  const std::string owner(rows.eof() ? std::string_view() : rows.text(0));
+  for (; !rows.eof() && rows.text(0) == owner; rows.moveNext()) {
+    entry.text = rows.text(1) == "文字";
+    const std::string_view value = trim(rows.text(2));
+    if (!value.empty()) entry.values.emplace_back(value);
+  }
+  return cache.lists.emplace(std::move(key), std::move(entry)).first->second;
+}
+
+ScriptColumn columnOf(const Generation& generation, const Field& field, ScriptLookUps& lookUps) {
+  ScriptColumn column;
+  column.name = field.name;
+  column.type = field.type;
+  column.wholeDigits = numberIn(field.wholeDigits);
+  column.fractionDigits = numberIn(field.fractionDigits);
+  column.key = field.key;
+  column.notNull = field.key || equalsNoCase(trim(field.null), "NOT NULL");
+  column.computed = field.computed();
+  column.defaultText = trim(field.defaultText);
+  column.remark = field.remark;
+  if (!field.valueList.empty()) {
+    const ScriptLookUps::ValueList& list = valueList(generation, field.valueList, lookUps);
+    column.values = list.values;
+    column.valuesAreText = list.text;
+  }
+  if (field.hasRange()) {
+    column.rangeKind = field.rangeKind;
+    column.rangeStart = field.rangeStart;
+    column.rangeEnd = field.rangeEnd;
+  }
+  return column;
+}
+
+std::string ownerOf(ScriptKind kind, const Recordset& row) {
+  if (kind == ScriptKind::PostgreSql)
+    return row.text("odbcsouce").empty() ? "public" : std::string(row.text("odbcsouce"));
+  return std::string(kind == ScriptKind::SqlServer ? row.text("tablespace") : row.text("username"));
+}
+
+/// Adds a pair of fields to the keys of a table. Two fields that refer to one and the same field are two keys.
+void addPair(const Generation& generation, ScriptKind kind, const Recordset& row,
+             std::vector<ScriptForeign>& foreigns) {
+  const std::string_view own = trim(row.text("own"));
+  const std::string_view referred = trim(row.text("referred"));
+  if (own.empty() || referred.empty()) return;
+  const std::string_view id = row.text("referredID");
+  auto open = std::find_if(foreigns.begin(), foreigns.end(), [&](const ScriptForeign& foreign) {
+    return foreign.referredId == id &&
+           std::find(foreign.referred.begin(), foreign.referred.end(), referred) == foreign.referred.end();
+  });
+  if (open == foreigns.end()) {
+    ScriptForeign foreign;
+    foreign.referredId = id;
+    foreign.referredTable = trim(row.text("テーブル名"));
+    foreign.referredShortName = trim(row.text("略名"));
+    if (foreign.referredShortName.empty()) foreign.referredShortName = foreign.referredTable;
+    if (!equalsNoCase(row.text("システム名"), generation.system.name)) foreign.referredOwner = ownerOf(kind, row);
+    open = foreigns.insert(foreigns.end(), std::move(foreign));
+  }
+  open->own.emplace_back(own);
+  open->referred.emplace_back(referred);
+}
+
+/// Reads the keys of the table on show or, for a run over many tables, those of the whole System.
+void readForeigns(const Generation& generation, ScriptKind kind, bool wholeSystem, ScriptLookUps& lookUps) {
+  std::string sql =
+      "SELECT m.ID AS ownID, m.項目名 AS own, s.項目名 AS referred, s.ID AS referredID, i.テーブル名, i.略名, "
+      "i.システム名, sys.username, sys.odbcsouce, sys.tablespace FROM (((MAS_TABLEDETAILES AS m "
+      "INNER JOIN MAS_TABLEDETAILES AS s ON (m.外部参照TABLEID = s.ID) AND (m.外部参照ROWNO = s.ROWNO)) "
+      "INNER JOIN MAS_TABLEINFO AS i ON s.ID = i.ID) INNER JOIN MAS_TABLEINFO AS t ON m.ID = t.ID) "
+      "LEFT JOIN MAS_SYSTEM AS sys ON i.システム名 = sys.システム名 WHERE ";
+  if (wholeSystem) {
+    sql += "t.システム名 = '" + gReplaceAll(generation.system.name, "'", "''") + "' AND m.外部参照TABLEID > 0";
+  } else {
+    sql += "m.ID = " + generation.table.lblID.caption;
+  }
+  Recordset rows = generation.session.gDB->openRecordset(sql + " ORDER BY m.ID, s.ID, s.ROWNO, m.表示順");
+  for (; !rows.eof(); rows.moveNext())
+    addPair(generation, kind, rows, lookUps.foreigns[std::string(rows.text("ownID"))]);
+}
+
+/// Whether what the table needs is read with that of the whole System; a shared table belongs to another one.
+bool readTogether(const Generation& generation, const ScriptLookUps& lookUps) {
+  return lookUps.manyTables && equalsNoCase(generation.table.lblSystemName.caption, generation.system.name);
+}
+
+std::vector<ScriptForeign> foreignsOf(const Generation& generation, ScriptKind kind, ScriptLookUps& lookUps) {
+  const bool together = readTogether(generation, lookUps);
+  if (!together || !lookUps.foreignsRead) readForeigns(generation, kind, together, lookUps);
+  if (together) lookUps.foreignsRead = true;
+  const auto found = lookUps.foreigns.find(generation.table.lblID.caption);
+  return found == lookUps.foreigns.end() ? std::vector<ScriptForeign>() : std::move(found->second);
+}
+
+std::vector<TableIndex> indexesOf(const Generation& generation, ScriptLookUps& lookUps) {
+  const std::string& id = generation.table.lblID.caption;
+  if (!readTogether(generation, lookUps)) return gGetIndexList(*generation.session.gDB, id);
+  if (!lookUps.indexesRead) lookUps.indexes = indexesOfSystem(*generation.session.gDB, generation.system.name);
+  lookUps.indexesRead = true;
+  const auto found = lookUps.indexes.find(id);
+  return found == lookUps.indexes.end() ? std::vector<TableIndex>() : std::move(found->second);
+}
+
+}  // namespace
+
+const ScriptColumn* ScriptTable::column(std::string_view wanted) const {
+  const auto found =
+      std::find_if(columns.begin(), columns.end(), [&](const ScriptColumn& column) { return column.name == wanted; });
+  return found == columns.end() ? nullptr : &*found;
+}
+
+std::vector<std::string> ScriptTable::keyFields() const {
+  std::vector<std::string> names;
+  for (const ScriptColumn& column : columns)
+    if (column.key && !column.computed) names.push_back(column.name);
+  return names;
+}
+
+ScriptTable readScriptTable(const Generation& generation, ScriptKind kind, ScriptLookUps& lookUps) {
+  const frmTBDetail& shown = generation.table;
+  ScriptTable table;
+  table.id = shown.lblID.caption;
+  table.name = shown.txtTableNameENG.text;
+  table.shortName = trim(shown.lblRyaku.caption);
+  if (table.shortName.empty()) table.shortName = table.id;
+  table.memo = trim(shown.TxtMemo.text);
+  const std::vector<Field> fields = readFields(shown);
+  table.columns.reserve(fields.size());
+  for (const Field& field : fields) table.columns.push_back(columnOf(generation, field, lookUps));
+  table.indexes = indexesOf(generation, lookUps);
+  if (hasForeignKeys(fields)) table.foreigns = foreignsOf(generation, kind, lookUps);
+  table.partition = trim(shown.txtPartitionRead.text);
+  table.brin = shown.lblBRIN.visible;
+  table.temporary = shown.lblBunrui.caption == "GlobalTemporary";
+  // The figure of the first extent is free there, and tells whether the table is a set.
+  table.isSet = kind == ScriptKind::Teradata && numberIn(shown.lblNum[0].caption) == 1;
+  if (kind == ScriptKind::Oracle && !table.temporary && storageDue(generation))
+    table.storage = pGetStorageClause(generation);
+  return table;
+}
+
+ScriptView readScriptView(const Generation& generation) {
+  constexpr std::string_view kMark = "V_";
+  const std::string& name = generation.table.txtTableNameENG.text;
+  const std::string upper = toUpper(name);
+  ScriptView view;
+  view.name = upper.starts_with(kMark) ? name : std::string(kMark) + name;
+  view.table = upper.starts_with(kMark) ? name.substr(kMark.size()) : name;
+  const bool ownGrid = upper.find(kMark) != std::string::npos;
+  const Spread& grid = generation.table.Spread;
+  for (int row = 1; row <= grid.maxRows(); ++row) {
+    const std::string_view japaneseName = trim(grid.text(field_col::kJapaneseName, row));
+    const std::string_view fieldName = trim(grid.text(field_col::kFieldName, row));
+    const std::string_view source = ownGrid ? japaneseName : fieldName;
+    if (source.empty()) break;
+    view.items.emplace_back(source, ownGrid ? fieldName : japaneseName);
+  }
+  return view;
+}
+
+std::vector<std::vector<std::string>> uniqueFieldLists(Database& database, std::string_view tableId) {
+  std::vector<std::vector<std::string>> lists(1);
+  Recordset keys = database.openRecordset("SELECT 項目名 FROM MAS_TABLEDETAILES WHERE ID = " + std::string(tableId) +
+                                          " AND KEY = -1 ORDER BY 表示順");
+  for (; !keys.eof(); keys.moveNext()) lists.front().emplace_back(trim(keys.text(0)));
+  for (const TableIndex& index : gGetIndexList(database, tableId)) {
+    if (!index.unique()) continue;
+    std::vector<std::string> names;
+    for (const TableIndex::Field& field : index.fields) names.push_back(field.name);
+    lists.push_back(std::move(names));
+  }
+  return lists;
+}
+
+}  // namespace quillmarden

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "sqlgen/runnable/dialect.h"
+
+namespace quillmarden {
+
+/// The name as the kind takes it: quoted when it is a reserved word, would lose its case, or holds anything but
+/// letters, digits and "_".
+std::string quotedName(const Dialect& dialect, std::string_view name);
+
+/// The name of something that the server has by itself: quoted only when it could not stand bare.
+std::string serverName(const Dialect& dialect, std::string_view name);
+
+/// Whether the kind takes a name of this length.
+bool fits(const Dialect& dialect, std::string_view name);
+
+/// Names that must differ from each other, cut to what the kind allows. A name keeps what it has been given.
+class NameScope {
+ public:
+  explicit NameScope(const Dialect& dialect) : dialect_(dialect) {}
+
+  /// The name to use for this one, without quotes: itself, or cut and numbered. `key` tells two things of one name
+  /// apart; the first of them keeps it.
+  const std::string& use(std::string_view key, std::string_view name);
+  /// How many names have been given.
+  std::size_t uses() const { return given_.size(); }
+  /// A line for each name that had to change: "old -> new".
+  const std::vector<std::string>& changes() const { return changes_; }
+
+ private:
+  const Dialect& dialect_;
+  std::unordered_map<std::string, std::string> given_;
+  std::unordered_set<std::string> taken_;  ///< lower-case
+  std::vector<std::string> changes_;
+};
+
+}  // namespace quillmarden
