@@ -415,6 +415,10 @@ def nasty_tables(repository, postgresql):
     repository.refer(child, 4, order, 4)  # to nothing unique
     repository.refer(child, 2, order, 5)  # to a unique index
     repository.refer(child, 6, table, 1)
+    unique_child = repository.table("refers to unique", ("番号", integer, None, KEY), ("参照", integer, None, {}))
+    repository.refer(unique_child, 2, order, 5)  # to a unique index alone
+    wrong_type = repository.table("refers to another type", ("番号", "numeric" if postgresql else "BIGINT", None, KEY))
+    repository.refer(wrong_type, 1, table, 1)
     repository.index("IDX 1", order, 4, 2)
     repository.index("desc", order, 5, unique=-1)
     repository.index("IDX 1", mine, 3, unique=1)  # the same name on another table

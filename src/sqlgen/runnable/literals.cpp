@@ -74,16 +74,19 @@ bool endsBatch(const Dialect& dialect, std::string_view text) {
   return false;
 }
 
-/// A date or moment. These kinds read a plain text by the session's own settings: the word in front makes it certain.
+/// A date or moment, in a form that no setting of the session reads otherwise.
 std::string dateLiteral(const Dialect& dialect, const ScriptColumn& column, std::string_view text) {
-  if (dialect.kind != ScriptKind::Oracle && dialect.kind != ScriptKind::Teradata) return textLiteral(dialect, text);
   const std::optional<DateTime> moment = parseDateTime(text);
   if (!moment) return textLiteral(dialect, text);
-  // An Oracle date has a time of day, one of Teradata has none.
-  const bool dayText = text.find(':') == std::string_view::npos;
-  const bool day = dialect.kind == ScriptKind::Oracle ? dayText : lowerType(column) == "date";
-  return day ? "DATE " + textLiteral(dialect, formatDateTime(*moment, "yyyy-mm-dd"))
-             : "TIMESTAMP " + textLiteral(dialect, formatDateTime(*moment, "yyyy-mm-dd hh:nn:ss"));
+  const bool sqlServer = dialect.kind == ScriptKind::SqlServer;
+  bool day = text.find(':') == std::string_view::npos;
+  // A date of Teradata has no time of day, and a time stamp must have one.
+  if (dialect.kind == ScriptKind::Teradata) day = lowerType(column) == "date";
+  const std::string_view dayPattern = sqlServer ? "yyyymmdd" : "yyyy-mm-dd";
+  const std::string_view momentPattern = sqlServer ? "yyyy-mm-ddThh:nn:ss" : "yyyy-mm-dd hh:nn:ss";
+  const std::string literal = textLiteral(dialect, formatDateTime(*moment, day ? dayPattern : momentPattern));
+  if (dialect.kind != ScriptKind::Oracle && dialect.kind != ScriptKind::Teradata) return literal;
+  return (day ? "DATE " : "TIMESTAMP ") + literal;
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/text.h"
+#include "common/utf8.h"
 #include "sqlgen/runnable/reserved_words.h"
 
 namespace quillmarden {
@@ -18,19 +19,22 @@ std::size_t lengthOf(const Dialect& dialect, std::string_view name) {
 
 /// The longest beginning of whole characters that fits.
 std::string cut(const Dialect& dialect, std::string_view name, std::size_t limit) {
-  while (lengthOf(dialect, name) > limit) {
-    name.remove_suffix(1);
-    while (!name.empty() && lengthOf(dialect, name) >= limit && isContinuation(name.back())) {
-      // A cut inside a character takes the rest of it along.
-      std::size_t start = name.size();
-      while (start > 0 && isContinuation(name[start - 1])) --start;
-      const auto lead = static_cast<unsigned char>(start > 0 ? name[start - 1] : 'a');
-      const std::size_t wanted = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-      if (name.size() - start + 1 >= wanted) break;
-      name = name.substr(0, start > 0 ? start - 1 : 0);
-    }
+  std::size_t used = 0;
+  std::size_t end = 0;
+  while (end < name.size()) {
+    const std::size_t size = utf8At(name, end).size;
+    used += dialect.limitInBytes ? size : 1;
+    if (used > limit) break;
+    end += size;
   }
-  return std::string(name);
+  return std::string(name.substr(0, end));
+}
+
+/// Oracle has no way to write its quote inside a name.
+bool takesQuote(const Dialect& dialect) { return dialect.kind != ScriptKind::Oracle; }
+
+std::string takable(const Dialect& dialect, std::string_view name) {
+  return takesQuote(dialect) ? std::string(name) : gReplaceAll(name, dialect.close, "_");
 }
 
 bool isPlain(const Dialect& dialect, std::string_view name) {
@@ -48,7 +52,7 @@ bool isPlain(const Dialect& dialect, std::string_view name) {
 std::string quotedName(const Dialect& dialect, std::string_view name) {
   if (isPlain(dialect, name) && name[0] != '_' && !isReservedWord(dialect.kind, name)) return std::string(name);
   std::string quoted(dialect.open);
-  quoted += gReplaceAll(name, dialect.close, std::string(dialect.close) + std::string(dialect.close));
+  quoted += gReplaceAll(takable(dialect, name), dialect.close, std::string(dialect.close).append(dialect.close));
   return quoted.append(dialect.close);
 }
 
@@ -59,16 +63,18 @@ std::string serverName(const Dialect& dialect, std::string_view name) {
 }
 
 bool fits(const Dialect& dialect, std::string_view name) {
+  if (!takesQuote(dialect) && name.find(dialect.close) != std::string_view::npos) return false;
   return name.size() <= dialect.nameLimit || lengthOf(dialect, name) <= dialect.nameLimit;
 }
 
 const std::string& NameScope::use(std::string_view key, std::string_view name) {
   const auto known = given_.find(std::string(key));
   if (known != given_.end()) return known->second;
-  std::string chosen = cut(dialect_, name, dialect_.nameLimit);
+  const std::string wanted = takable(dialect_, name);
+  std::string chosen = cut(dialect_, wanted, dialect_.nameLimit);
   for (int number = 2; !taken_.insert(toLower(chosen)).second; ++number) {
     const std::string tail = "_" + std::to_string(number);
-    chosen = cut(dialect_, name, dialect_.nameLimit - tail.size()) + tail;
+    chosen = cut(dialect_, wanted, dialect_.nameLimit - tail.size()) + tail;
   }
   if (chosen != name) changes_.push_back(std::string(name) + " -> " + chosen);
   return given_.emplace(key, std::move(chosen)).first->second;

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "common/script_file.h"
+#include "engine/database.h"
+#include "repository/system_record.h"
+#include "sqlgen/runnable/dialect.h"
+#include "sqlgen/runnable/model.h"
+#include "sqlgen/runnable/names.h"
+#include "sqlgen/runnable/script.h"
+
+namespace quillmarden {
+
+// What the parts of a script share, and the parts themselves in the order in which they are written.
+
+/// What all statements of one script share, the names that have been given among it.
+struct Writing {
+  const RunnableScript& script;
+  const SystemRecord& system;
+  Database& database;
+  const RunnableOptions& options;
+  const Dialect& dialect;
+  NameScope tables{dialect};
+  NameScope constraints{dialect};
+  NameScope indexes{dialect};
+  std::unordered_map<std::string, NameScope> columns{};  ///< by table ID
+  std::unordered_map<std::string, const ScriptTable*> byId{};
+  std::unordered_set<std::string> referred{};  ///< of Oracle: what keys refer to, as referredKey() has it
+
+  NameScope& relations() { return dialect.indexNamesInSchema ? tables : indexes; }
+};
+
+/// The names of a table: with an owner, of one in another schema, which takes no name from this script.
+TableNames namesOf(Writing& writing, const std::string& id, std::string_view name, std::string_view owner = "");
+TableNames namesOf(Writing& writing, const ScriptTable& table);
+
+/// The name a column has been given. Names that fit keep what they have and are not even looked up, unless another of
+/// the table had to be cut.
+std::string columnName(Writing& writing, const std::string& tableId, std::string_view name);
+/// Where a name of a table is too long, the names of all its columns are given in their order.
+void nameLongColumns(Writing& writing, const ScriptTable& table);
+std::string quotedColumn(Writing& writing, const std::string& tableId, std::string_view name);
+/// Quoted columns joined by ", ".
+std::string columnList(Writing& writing, const std::string& tableId, const std::vector<std::string>& names);
+/// The same for a key or index: the kind may want lengths behind the names.
+std::string keyList(Writing& writing, const ScriptTable& table, const std::vector<std::string>& names);
+/// A new quoted name of the scope, made of a word such as "PK_" and what it is for.
+std::string madeName(Writing& writing, NameScope& scope, std::string_view word, std::string_view rest);
+
+bool contains(const std::vector<std::string>& names, std::string_view name);
+/// The fields of PARTITION BY that the table has.
+std::vector<std::string> partitionFields(const ScriptTable& table);
+/// A unique key of a partitioned table has to hold the fields that part it.
+bool keepsPartition(const Writing& writing, const ScriptTable& table, const std::vector<std::string>& key);
+
+/// A comment line of the script about something that could not be had as defined.
+void putRemark(ScriptText& text, std::string_view remark, std::string_view what);
+
+// --- tables
+void putTable(Writing& writing, const ScriptTable& table, const ScriptSink& sink);
+void putComments(Writing& writing, const ScriptTable& table, const ScriptSink& sink);
+
+// --- keys between tables, and indexes
+/// Notes which unique indexes have to be constraints. Comes before the first index.
+void noteReferred(Writing& writing);
+void putForeignKeys(Writing& writing, const ScriptTable& table, const ScriptSink& sink);
+/// Those that keys may refer to, or the others.
+void putIndexes(Writing& writing, const ScriptTable& table, bool beforeKeys, const ScriptSink& sink);
+
+}  // namespace quillmarden
