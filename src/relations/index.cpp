@@ -36,6 +36,13 @@ void addIndexRow(const Recordset& row, std::vector<TableIndex>& indexes) {
 
 }  // namespace
 
+std::vector<std::string> TableIndex::fieldNames() const {
+  std::vector<std::string> names;
+  names.reserve(fields.size());
+  for (const Field& field : fields) names.push_back(field.name);
+  return names;
+}
+
 std::vector<TableIndex> gGetIndexList(Database& database, std::string_view tableId) {
   std::vector<TableIndex> indexes;
   const std::string sql =

@@ -22,6 +22,7 @@ struct TableIndex {
   std::vector<Field> fields;
 
   bool unique() const { return uniqueFlag != 0; }
+  std::vector<std::string> fieldNames() const;
 };
 
 /// The indexes of a table, ordered by name, fields by their place. Rows whose field is gone are left out.

@@ -8,6 +8,14 @@
 
 namespace quillmarden {
 
+HeadStyle blockHeadStyle() {
+  HeadStyle style;
+  style.ruler = "/*----------------------------------------------------*/";
+  style.open = "/* \t";
+  style.close = "*/";
+  return style;
+}
+
 void putHead(const Generation& generation, const HeadStyle& style, ScriptText& script) {
   const frmTBDetail& table = generation.table;
   const auto put = [&](std::string_view label, std::string_view value) {

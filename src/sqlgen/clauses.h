@@ -25,6 +25,8 @@ struct HeadStyle {
   std::optional<std::string_view> schema;  ///< a line of its own in front of the names
   std::string_view indexSpace;             ///< two lines of their own when not empty
 };
+/// The form of a kind that takes "--" for a comment only where a blank follows: block comments.
+HeadStyle blockHeadStyle();
 /// The comment block in front of a table's statements.
 void putHead(const Generation& generation, const HeadStyle& style, ScriptText& script);
 

@@ -53,13 +53,21 @@ using Generator = void (*)(const Generation&, ScriptText&);
 
 /// The routine of a kind; nullptr for a kind that no script can be made for.
 Generator generatorOf(std::string_view fileType) {
-  const std::string kind = toLower(trim(fileType));
-  if (kind == "oracle" || kind == "red brick") return pCreateCurrentTable2Sql4Oracle;
-  if (kind == "sql server") return pCreateCurrentTable2Sql4SQLServer;
-  if (kind == "teradatabase") return pCreateCurrentTable2Sql4Tera;
-  if (kind == "postgresql") return pCreateCurrentTable2Sql4PostgreSQL;
-  if (kind == "mysql") return pCreateCurrentTable2Sql4MySQL;
-  return nullptr;
+  const std::optional<ScriptKind> kind = scriptKindOf(fileType);
+  if (!kind) return nullptr;
+  switch (*kind) {
+    case ScriptKind::Oracle:
+      return pCreateCurrentTable2Sql4Oracle;
+    case ScriptKind::SqlServer:
+      return pCreateCurrentTable2Sql4SQLServer;
+    case ScriptKind::Teradata:
+      return pCreateCurrentTable2Sql4Tera;
+    case ScriptKind::PostgreSql:
+      return pCreateCurrentTable2Sql4PostgreSQL;
+    case ScriptKind::MySql:
+      break;
+  }
+  return pCreateCurrentTable2Sql4MySQL;
 }
 
 /// A group or count line of the list.
@@ -122,12 +130,7 @@ constexpr long kManyTables = 20;  ///< from here on one look-up for the whole Sy
 
 /// MySQL takes two hyphens for a comment only where a blank follows, so its ruler is of the other form.
 HeadStyle headStyleOf(const Run& run, ScriptKind kind) {
-  HeadStyle style;
-  if (kind == ScriptKind::MySql) {
-    style.ruler = "/*----------------------------------------------------*/";
-    style.open = "/* \t";
-    style.close = "*/";
-  }
+  HeadStyle style = kind == ScriptKind::MySql ? blockHeadStyle() : HeadStyle();
   if (kind == ScriptKind::PostgreSql) style.schema = run.system.odbcSource;
   return style;
 }
@@ -387,6 +390,12 @@ RunResult runSelection(Session& session, Host& host, frmTBList& list, frmTBDetai
   return run.result;
 }
 
+/// Turns a check over, and keeps it in the settings of this run and the next ones.
+void toggle(Session& session, MenuItem& item, bool& setting, std::string_view key) {
+  setting = item.checked = !item.checked;
+  if (session.ini) putAppSetting(*session.ini, key, setting ? "1" : "0");
+}
+
 }  // namespace
 
 RunResult mnuCreateSql_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
@@ -428,17 +437,11 @@ RunResult mnuCreateViewSel_Click(Session& session, Host& host, frmTBList& list, 
 }
 
 void mnuCreateSQLBack_Click(Session& session, frmTBList& list) {
-  bool& checked = list.mnuCreateSQLBack.checked;
-  checked = !checked;
-  session.settings.createSql2BackUpTable = checked;
-  if (session.ini) putAppSetting(*session.ini, "CreateSql2BackUpTable", checked ? "1" : "0");
+  toggle(session, list.mnuCreateSQLBack, session.settings.createSql2BackUpTable, "CreateSql2BackUpTable");
 }
 
 void mnuCreateSQLRunnable_Click(Session& session, frmTBList& list) {
-  bool& checked = list.mnuCreateSQLRunnable.checked;
-  checked = !checked;
-  session.settings.createSql2Runnable = checked;
-  if (session.ini) putAppSetting(*session.ini, "CreateSql2Runnable", checked ? "1" : "0");
+  toggle(session, list.mnuCreateSQLRunnable, session.settings.createSql2Runnable, "CreateSql2Runnable");
 }
 
 }  // namespace quillmarden

@@ -111,10 +111,7 @@ void pCreateCurrentTable2Sql4MySQL(const Generation& generation, ScriptText& scr
   columns.reserve(fields.size());
   for (const Field& field : fields) columns.push_back(columnOf(generation, field));
 
-  HeadStyle head;
-  head.ruler = "/*----------------------------------------------------*/";
-  head.open = "/* \t";
-  head.close = "*/";
+  HeadStyle head = blockHeadStyle();
   head.japaneseLabel = "";
   head.tableLabel = "";
   head.ryakuLabel = "テーブル略名=";

@@ -9,17 +9,11 @@
 
 #include "common/text.h"
 #include "repository/schema.h"
+#include "support/files.h"
 #include "support/scripted_host.h"
 
 namespace quillmarden {
 namespace {
-
-std::string readFile(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
-}
 
 int count(std::string_view text, std::string_view part) {
   int times = 0;

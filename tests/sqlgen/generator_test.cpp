@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <sstream>
@@ -12,19 +11,13 @@
 #include "common/text.h"
 #include "repository/schema.h"
 #include "sqlgen/generators.h"
+#include "support/files.h"
 #include "support/scripted_host.h"
 
 namespace quillmarden {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string readFile(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
-}
 
 std::vector<std::string> split(std::string_view text, char separator) {
   std::vector<std::string> parts;

@@ -4,25 +4,18 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "common/text.h"
 #include "repository/schema.h"
 #include "sqlgen/frame.h"
+#include "support/files.h"
 #include "support/scripted_host.h"
 
 namespace quillmarden {
 namespace {
 
 const std::filesystem::path kData = std::filesystem::path(QM_TEST_DATA) / "runnable";
-
-std::string readFile(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream text;
-  text << stream.rdbuf();
-  return text.str();
-}
 
 class RunnableTest : public testing::TestWithParam<std::string> {
  protected:

@@ -6,7 +6,9 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "sqlgen/runnable/literals.h"
 #include "sqlgen/runnable/model.h"
+#include "sqlgen/runnable/names.h"
 
 namespace quillmarden {
 
@@ -102,6 +104,13 @@ std::string typeWithDigits(const ScriptColumn& column, std::initializer_list<std
   std::string digits = plainNumber(column.wholeDigits + std::max(column.fractionDigits, 0.0));
   if (column.fractionDigits > 0) digits += "," + plainNumber(column.fractionDigits);
   return type.substr(0, taken.size()) + "(" + digits + ")" + type.substr(taken.size());
+}
+
+std::string commentOn(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text) {
+  std::string statement = column.empty() ? "COMMENT ON TABLE " : "COMMENT ON COLUMN ";
+  statement += table.qualified;
+  if (!column.empty()) statement.append(".").append(quotedName(dialect, column));
+  return statement.append(" IS ").append(textLiteral(dialect, text)).append("\r\n;\r\n");
 }
 
 const Dialect& dialectOf(ScriptKind kind) {

@@ -37,11 +37,9 @@ struct Dialect {
   std::size_t tableComment;   ///< longest comment of a table in characters, 0 for no limit
   std::size_t columnComment;  ///< the same for a column
   bool defaultBeforeNull;     ///< DEFAULT stands in front of NOT NULL
-  bool commentsInCreate;      ///< comments are options of CREATE TABLE
   bool indexNamesInSchema;    ///< an index name is unique in the schema, not only in its table
 
   std::string_view clustered;  ///< behind PRIMARY KEY
-  std::string_view keyPrefix;  ///< in front of the words of made names: "PK_", or "pk_" where capitals need quotes
 
   /// The type with its digits, identity included.
   std::string (*type)(const ScriptColumn& column);
@@ -50,8 +48,12 @@ struct Dialect {
   std::string (*computed)(std::string_view expression);
   /// A statement that takes the table away when it is there, and what refers to it.
   std::string (*drop)(const TableNames& table);
-  /// The statements that give a table or a column its comment; `column` is "" for the table.
-  std::string (*comment)(const TableNames& table, std::string_view column, std::string_view text);
+  /// The statement that gives a table or a column its comment; `column` is "" for the table. None where comments are
+  /// options of CREATE TABLE.
+  std::string (*comment)(const Dialect& dialect, const TableNames& table, std::string_view column,
+                         std::string_view text);
+
+  bool commentsInCreate() const { return comment == nullptr; }
 };
 
 /// `typeClass` of the kinds whose names of types agree: looks the first word up.
@@ -60,6 +62,9 @@ TypeClass commonTypeClass(std::string_view lowerType);
 /// The type's words with digits behind the first, where `takesDigits` names that word; as stored when it has
 /// brackets already.
 std::string typeWithDigits(const ScriptColumn& column, std::initializer_list<std::string_view> takesDigits);
+
+/// `comment` of the kinds that have COMMENT ON.
+std::string commentOn(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text);
 
 const Dialect& dialectOf(ScriptKind kind);
 

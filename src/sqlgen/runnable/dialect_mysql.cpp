@@ -28,9 +28,6 @@ std::string computed(std::string_view expression) {
 
 std::string drop(const TableNames& table) { return "DROP TABLE IF EXISTS " + table.qualified + "\r\n;\r\n"; }
 
-/// Comments are options of CREATE TABLE here.
-std::string comment(const TableNames&, std::string_view, std::string_view) { return {}; }
-
 }  // namespace
 
 const Dialect& mySqlDialect() {
@@ -44,15 +41,13 @@ const Dialect& mySqlDialect() {
                                .tableComment = 2048,
                                .columnComment = 1024,
                                .defaultBeforeNull = false,
-                               .commentsInCreate = true,
                                .indexNamesInSchema = false,
                                .clustered = "",
-                               .keyPrefix = "PK_",
                                .type = type,
                                .typeClass = commonTypeClass,
                                .computed = computed,
                                .drop = drop,
-                               .comment = comment};
+                               .comment = nullptr};
   return dialect;
 }
 

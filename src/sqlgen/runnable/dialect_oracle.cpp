@@ -21,14 +21,6 @@ std::string drop(const TableNames& table) {
   return oracleIfThere("DROP TABLE " + table.qualified + " CASCADE CONSTRAINTS");
 }
 
-std::string comment(const TableNames& table, std::string_view column, std::string_view text) {
-  const Dialect& dialect = oracleDialect();
-  std::string statement = column.empty() ? "COMMENT ON TABLE " : "COMMENT ON COLUMN ";
-  statement += table.qualified;
-  if (!column.empty()) statement.append(".").append(quotedName(dialect, column));
-  return statement.append(" IS ").append(textLiteral(dialect, text)).append("\r\n;\r\n");
-}
-
 }  // namespace
 
 std::string oracleIfThere(std::string_view statement) {
@@ -48,15 +40,13 @@ const Dialect& oracleDialect() {
                                .tableComment = 1333,
                                .columnComment = 1333,
                                .defaultBeforeNull = true,
-                               .commentsInCreate = false,
                                .indexNamesInSchema = true,
                                .clustered = "",
-                               .keyPrefix = "PK_",
                                .type = type,
                                .typeClass = commonTypeClass,
                                .computed = computed,
                                .drop = drop,
-                               .comment = comment};
+                               .comment = commentOn};
   return dialect;
 }
 

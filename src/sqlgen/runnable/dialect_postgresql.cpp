@@ -17,14 +17,6 @@ std::string computed(std::string_view expression) {
 
 std::string drop(const TableNames& table) { return "DROP TABLE IF EXISTS " + table.qualified + " CASCADE\r\n;\r\n"; }
 
-std::string comment(const TableNames& table, std::string_view column, std::string_view text) {
-  const Dialect& dialect = postgreSqlDialect();
-  std::string statement = column.empty() ? "COMMENT ON TABLE " : "COMMENT ON COLUMN ";
-  statement += table.qualified;
-  if (!column.empty()) statement.append(".").append(quotedName(dialect, column));
-  return statement.append(" IS ").append(textLiteral(dialect, text)).append("\r\n;\r\n");
-}
-
 }  // namespace
 
 const Dialect& postgreSqlDialect() {
@@ -38,15 +30,13 @@ const Dialect& postgreSqlDialect() {
                                .tableComment = 0,
                                .columnComment = 0,
                                .defaultBeforeNull = true,
-                               .commentsInCreate = false,
                                .indexNamesInSchema = true,
                                .clustered = "",
-                               .keyPrefix = "pk_",
                                .type = type,
                                .typeClass = commonTypeClass,
                                .computed = computed,
                                .drop = drop,
-                               .comment = comment};
+                               .comment = commentOn};
   return dialect;
 }
 

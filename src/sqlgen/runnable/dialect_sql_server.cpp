@@ -40,8 +40,7 @@ std::string drop(const TableNames& table) {
          table.qualified + "\r\ngo\r\n";
 }
 
-std::string comment(const TableNames& table, std::string_view column, std::string_view text) {
-  const Dialect& dialect = sqlServerDialect();
+std::string comment(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text) {
   std::string statement = "EXEC sp_addextendedproperty N'MS_Description', " + textLiteral(dialect, text) +
                           ", N'SCHEMA', " + textLiteral(dialect, table.schema.empty() ? "dbo" : table.schema) +
                           ", N'TABLE', " + textLiteral(dialect, table.name);
@@ -62,10 +61,8 @@ const Dialect& sqlServerDialect() {
                                .tableComment = 3750,
                                .columnComment = 3750,
                                .defaultBeforeNull = false,
-                               .commentsInCreate = false,
                                .indexNamesInSchema = false,
                                .clustered = " CLUSTERED",
-                               .keyPrefix = "PK_",
                                .type = type,
                                .typeClass = typeClass,
                                .computed = computed,

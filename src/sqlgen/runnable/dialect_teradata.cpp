@@ -25,14 +25,6 @@ std::string drop(const TableNames& table) {
          " ALL\r\n;\r\n.SET ERRORLEVEL 3807 SEVERITY 8\r\n";
 }
 
-std::string comment(const TableNames& table, std::string_view column, std::string_view text) {
-  const Dialect& dialect = teradataDialect();
-  std::string statement = column.empty() ? "COMMENT ON TABLE " : "COMMENT ON COLUMN ";
-  statement += table.qualified;
-  if (!column.empty()) statement.append(".").append(quotedName(dialect, column));
-  return statement.append(" IS ").append(textLiteral(dialect, text)).append("\r\n;\r\n");
-}
-
 }  // namespace
 
 const Dialect& teradataDialect() {
@@ -46,15 +38,13 @@ const Dialect& teradataDialect() {
                                .tableComment = 255,
                                .columnComment = 255,
                                .defaultBeforeNull = true,
-                               .commentsInCreate = false,
                                .indexNamesInSchema = false,
                                .clustered = "",
-                               .keyPrefix = "PK_",
                                .type = type,
                                .typeClass = commonTypeClass,
                                .computed = computed,
                                .drop = drop,
-                               .comment = comment};
+                               .comment = commentOn};
   return dialect;
 }
 

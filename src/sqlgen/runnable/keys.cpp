@@ -17,9 +17,7 @@ std::vector<std::vector<std::string>> targetLists(const Writing& writing, const 
   for (const TableIndex& index : table.indexes) {
     // MySQL refers to any index.
     if (!index.unique() && writing.dialect.kind != ScriptKind::MySql) continue;
-    std::vector<std::string> names;
-    for (const TableIndex::Field& field : index.fields) names.push_back(field.name);
-    lists.push_back(std::move(names));
+    lists.push_back(index.fieldNames());
   }
   return lists;
 }
@@ -115,9 +113,8 @@ std::string indexStatement(Writing& writing, const ScriptTable& table, const Tab
                            const std::vector<std::string>& fields) {
   const Dialect& dialect = writing.dialect;
   const bool brin = index.brin && dialect.kind == ScriptKind::PostgreSql;
-  NameScope& scope = dialect.indexNamesInSchema
-                         ? writing.relations()
-                         : writing.columns.try_emplace("indexes of " + table.id, dialect).first->second;
+  NameScope& scope =
+      dialect.indexNamesInSchema ? writing.tables : writing.indexes.try_emplace(table.id, dialect).first->second;
   const std::string name = quotedName(dialect, scope.use("index " + table.id + " " + index.name, index.name));
   const std::string fieldList = " (" + keyList(writing, table, fields) + ")";
   const std::string_view space =

@@ -17,12 +17,12 @@ const ScriptLookUps::ValueList& valueList(const Generation& generation, std::str
   std::string key(name);
   const auto known = cache.lists.find(key);
   if (known != cache.lists.end()) return known->second;
+  const std::string system = "'" + gReplaceAll(generation.system.name, "'", "''") + "'";
   Recordset rows = generation.session.gDB->openRecordset(
       "SELECT d.システム名, d.型, a.値 FROM MAS_DIVISION AS d INNER JOIN MAS_DIVISIONDETAILES AS a "
       "ON d.システム名 = a.システム名 AND d.値名称 = a.値名称 WHERE d.値名称 = '" +
-      gReplaceAll(name, "'", "''") + "' AND d.削除フラグ = 0 AND (d.システム名 = '" +
-      gReplaceAll(generation.system.name, "'", "''") + "' OR d.全システム共通 <> 0) ORDER BY IIf(d.システム名 = '" +
-      gReplaceAll(generation.system.name, "'", "''") + "', 0, 1), d.システム名, a.行番号");
+      gReplaceAll(name, "'", "''") + "' AND d.削除フラグ = 0 AND (d.システム名 = " + system +
+      " OR d.全システム共通 <> 0) ORDER BY IIf(d.システム名 = " + system + ", 0, 1), d.システム名, a.行番号");
   ScriptLookUps::ValueList entry;
   const std::string owner(rows.eof() ? std::string_view() : rows.text(0));
   for (; !rows.eof() && rows.text(0) == owner; rows.moveNext()) {
@@ -191,9 +191,7 @@ std::vector<std::vector<std::string>> uniqueFieldLists(Database& database, std::
   for (; !keys.eof(); keys.moveNext()) lists.front().emplace_back(trim(keys.text(0)));
   for (const TableIndex& index : gGetIndexList(database, tableId)) {
     if (!index.unique()) continue;
-    std::vector<std::string> names;
-    for (const TableIndex::Field& field : index.fields) names.push_back(field.name);
-    lists.push_back(std::move(names));
+    lists.push_back(index.fieldNames());
   }
   return lists;
 }

@@ -54,7 +54,7 @@ struct ScriptTable {
   bool brin = false;
   bool temporary = false;
   bool isSet = false;   ///< of Teradata: takes no row twice
-  std::string storage;  ///< of Oracle and Teradata: clauses behind the closing bracket
+  std::string storage;  ///< of Oracle: clauses behind the closing bracket
 
   const ScriptColumn* column(std::string_view name) const;
   std::vector<std::string> keyFields() const;

@@ -10,24 +10,21 @@ namespace quillmarden {
 
 namespace {
 
-bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
-
-std::size_t lengthOf(const Dialect& dialect, std::string_view name) {
-  if (dialect.limitInBytes) return name.size();
-  return static_cast<std::size_t>(std::count_if(name.begin(), name.end(), [](char c) { return !isContinuation(c); }));
-}
-
-/// The longest beginning of whole characters that fits.
-std::string cut(const Dialect& dialect, std::string_view name, std::size_t limit) {
+/// The longest beginning of whole characters that is within the limit, in bytes or in characters.
+std::string_view beginning(std::string_view text, std::size_t limit, bool inBytes) {
   std::size_t used = 0;
   std::size_t end = 0;
-  while (end < name.size()) {
-    const std::size_t size = utf8At(name, end).size;
-    used += dialect.limitInBytes ? size : 1;
+  while (end < text.size()) {
+    const std::size_t size = utf8At(text, end).size;
+    used += inBytes ? size : 1;
     if (used > limit) break;
     end += size;
   }
-  return std::string(name.substr(0, end));
+  return text.substr(0, end);
+}
+
+std::string cut(const Dialect& dialect, std::string_view name, std::size_t limit) {
+  return std::string(beginning(name, limit, dialect.limitInBytes));
 }
 
 /// Oracle has no way to write its quote inside a name.
@@ -64,8 +61,12 @@ std::string serverName(const Dialect& dialect, std::string_view name) {
 
 bool fits(const Dialect& dialect, std::string_view name) {
   if (!takesQuote(dialect) && name.find(dialect.close) != std::string_view::npos) return false;
-  return name.size() <= dialect.nameLimit || lengthOf(dialect, name) <= dialect.nameLimit;
+  // Characters are never more than bytes: nearly all names are known to fit without counting.
+  return name.size() <= dialect.nameLimit ||
+         beginning(name, dialect.nameLimit, dialect.limitInBytes).size() == name.size();
 }
+
+std::string_view firstCharacters(std::string_view text, std::size_t most) { return beginning(text, most, false); }
 
 const std::string& NameScope::use(std::string_view key, std::string_view name) {
   const auto known = given_.find(std::string(key));

@@ -17,6 +17,9 @@ std::string quotedName(const Dialect& dialect, std::string_view name);
 /// The name of something that the server has by itself: quoted only when it could not stand bare.
 std::string serverName(const Dialect& dialect, std::string_view name);
 
+/// The beginning of a text with at most this many characters; bytes that are no UTF-8 count as one each.
+std::string_view firstCharacters(std::string_view text, std::size_t most);
+
 /// Whether the kind takes a name of this length.
 bool fits(const Dialect& dialect, std::string_view name);
 

@@ -125,7 +125,7 @@ void putNameChanges(const Writing& writing, const ScriptSink& sink) {
   };
   put(writing.tables);
   put(writing.constraints);
-  put(writing.indexes);
+  for (const auto& [id, scope] : writing.indexes) put(scope);
   for (const auto& [id, scope] : writing.columns) put(scope);
   if (!text.text.empty()) sink("", text);
 }
@@ -159,7 +159,7 @@ void putRunnableScript(const RunnableScript& script, const SystemRecord& system,
   if (options.foreignKeys)
     for (const ScriptTable& table : script.tables) putForeignKeys(writing, table, sink);
   for (const ScriptTable& table : script.tables) putIndexes(writing, table, false, sink);
-  if (options.comments && !writing.dialect.commentsInCreate)
+  if (options.comments && !writing.dialect.commentsInCreate())
     for (const ScriptTable& table : script.tables) putComments(writing, table, sink);
   for (const ScriptView& view : script.views) putView(writing, view, sink);
   putNameChanges(writing, sink);

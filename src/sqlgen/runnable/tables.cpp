@@ -7,11 +7,7 @@ namespace quillmarden {
 namespace {
 
 std::string cutComment(std::string_view text, std::size_t most) {
-  std::size_t characters = 0;
-  for (std::size_t i = 0; most > 0 && i < text.size(); ++i)
-    if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80 && ++characters > most)
-      return std::string(text.substr(0, i));
-  return std::string(text);
+  return std::string(most > 0 ? firstCharacters(text, most) : text);
 }
 
 /// Comments that the server would refuse stand cut in the statement; the script says so.
@@ -40,7 +36,7 @@ std::string columnLine(Writing& writing, const ScriptTable& table, const ScriptC
   const bool saysNull = dialect.kind == ScriptKind::MySql || dialect.kind == ScriptKind::SqlServer;
   const std::string nullClause = column.notNull ? " NOT NULL" : saysNull && !identity ? " NULL" : "";
   line += dialect.defaultBeforeNull ? defaultClause + nullClause : nullClause + defaultClause;
-  if (dialect.commentsInCreate && writing.options.comments && !trim(column.remark).empty())
+  if (dialect.commentsInCreate() && writing.options.comments && !trim(column.remark).empty())
     line += " COMMENT " + textLiteral(dialect, cutComment(column.remark, dialect.columnComment));
   return line;
 }
@@ -52,12 +48,14 @@ void putKey(Writing& writing, const ScriptTable& table, ScriptText& text) {
     putRemark(text, "主キーを作成できません. パーティションの項目が含まれていません", table.name);
     return;
   }
-  std::string key = madeName(writing, writing.dialect.indexNamesInSchema ? writing.relations() : writing.constraints,
-                             "PK_", table.name);
+  std::string key = "\t,";
   // MySQL has one name for all primary keys.
-  key = writing.dialect.kind == ScriptKind::MySql ? "\t,PRIMARY KEY (" : "\t,CONSTRAINT " + key + " PRIMARY KEY";
-  if (writing.dialect.kind != ScriptKind::MySql) key.append(writing.dialect.clustered).append(" (");
-  key += keyList(writing, table, fields) + ")";
+  if (writing.dialect.kind != ScriptKind::MySql) {
+    NameScope& scope = writing.dialect.indexNamesInSchema ? writing.tables : writing.constraints;
+    key += "CONSTRAINT " + madeName(writing, scope, "PK_", table.name) + " ";
+  }
+  key.append("PRIMARY KEY").append(writing.dialect.clustered);
+  key += " (" + keyList(writing, table, fields) + ")";
   const std::string_view space = trim(writing.system.indexSpace);
   if (writing.dialect.kind == ScriptKind::Oracle && writing.options.storage && !space.empty() && !table.temporary)
     key += " USING INDEX TABLESPACE " + quotedName(writing.dialect, space);
@@ -92,7 +90,7 @@ void putTableEnd(Writing& writing, const ScriptTable& table, ScriptText& text) {
   std::string end = ")";
   if (dialect.kind == ScriptKind::PostgreSql && !table.partition.empty())
     end += " PARTITION BY RANGE (" + columnList(writing, table.id, partitionFields(table)) + ")";
-  if (dialect.commentsInCreate && writing.options.comments && !table.memo.empty())
+  if (dialect.commentsInCreate() && writing.options.comments && !table.memo.empty())
     end += " COMMENT = " + textLiteral(dialect, cutComment(table.memo, dialect.tableComment));
   if (dialect.kind == ScriptKind::Oracle && table.temporary) end += "\r\nON COMMIT PRESERVE ROWS";
   text.print(end);
@@ -140,10 +138,11 @@ void putComments(Writing& writing, const ScriptTable& table, const ScriptSink& s
   ScriptText text;
   const TableNames names = namesOf(writing, table);
   const Dialect& dialect = writing.dialect;
-  if (!table.memo.empty()) text.text += dialect.comment(names, "", cutComment(table.memo, dialect.tableComment));
+  if (!table.memo.empty())
+    text.text += dialect.comment(dialect, names, "", cutComment(table.memo, dialect.tableComment));
   for (const ScriptColumn& column : table.columns) {
     if (column.computed || trim(column.remark).empty()) continue;
-    text.text += dialect.comment(names, columnName(writing, table.id, column.name),
+    text.text += dialect.comment(dialect, names, columnName(writing, table.id, column.name),
                                  cutComment(column.remark, dialect.columnComment));
   }
   if (!text.text.empty()) sink(table.name, text);

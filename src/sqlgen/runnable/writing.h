@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -25,14 +26,12 @@ struct Writing {
   Database& database;
   const RunnableOptions& options;
   const Dialect& dialect;
-  NameScope tables{dialect};
+  NameScope tables{dialect};  ///< with the indexes of the kinds where they share a schema's names
   NameScope constraints{dialect};
-  NameScope indexes{dialect};
-  std::unordered_map<std::string, NameScope> columns{};  ///< by table ID
+  std::map<std::string, NameScope> indexes{};  ///< by table ID, of the other kinds
+  std::map<std::string, NameScope> columns{};  ///< by table ID
   std::unordered_map<std::string, const ScriptTable*> byId{};
   std::unordered_set<std::string> referred{};  ///< of Oracle: what keys refer to, as referredKey() has it
-
-  NameScope& relations() { return dialect.indexNamesInSchema ? tables : indexes; }
 };
 
 /// The names of a table: with an owner, of one in another schema, which takes no name from this script.
