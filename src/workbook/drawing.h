@@ -1,0 +1,119 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "workbook/font_metrics.h"
+
+namespace quillmarden {
+
+/// A place on a sheet in points from its top left corner.
+struct Box {
+  double left = 0;
+  double top = 0;
+  double width = 0;
+  double height = 0;
+};
+
+/// A point of a shape where connectors can hold on to, in fractions of its box: {0, 0.5} is the middle of the left
+/// edge.
+struct ConnectionSite {
+  double x = 0;
+  double y = 0;
+};
+
+/// The attributes of a shape's text. A colour is 0xRRGGBB; none leaves it to the program.
+struct ShapeText {
+  std::string text;  ///< lines parted by "\n"
+  SizedFont font;
+  bool strikethrough = false;
+  bool superscript = false;
+  bool subscript = false;
+  bool outline = false;
+  bool shadow = false;
+  bool underline = false;
+  std::optional<std::uint32_t> colour;
+};
+
+struct SheetShape {
+  std::string name;
+  Box box;
+  ShapeText text;
+  bool textBox = true;  ///< a text box, otherwise a rectangle with text in it
+  bool autoSize = false;
+  std::optional<std::uint32_t> fill = 0xFFFFFF;
+  std::uint32_t lineColour = 0;
+  double lineWeight = 0.75;  ///< points
+  bool shadow = false;
+  /// Where connectors can hold on. Empty: the middles of the top, left, bottom and right edge, in this order.
+  std::vector<ConnectionSite> sites;
+};
+
+/// A line from one shape of the drawing to another that follows when a person moves them. Shapes and sites count
+/// from 0. It ends in an arrow.
+struct SheetConnector {
+  std::string name;
+  std::size_t fromShape = 0;
+  std::size_t fromSite = 0;
+  std::size_t toShape = 0;
+  std::size_t toSite = 0;
+  std::uint32_t colour = 0x404040;
+};
+
+struct SheetPicture {
+  std::string name;
+  Box box;
+  std::string bytes;
+  std::string extension;  ///< "png", "bmp", "emf" ...
+};
+
+/// A workbook that stands in the sheet as an object and opens by a double click.
+struct OleObject {
+  std::string name;
+  Box box;
+  std::string book;     ///< the bytes of an .xlsx package
+  std::string preview;  ///< the bytes of the .emf picture that is shown
+  bool shadow = false;
+  double lineWeight = 0.75;
+};
+
+/// What is to be added to a sheet's drawing, in the order from back to front within each list.
+struct Drawing {
+  std::vector<SheetShape> shapes;
+  std::vector<SheetConnector> connectors;
+  std::vector<SheetPicture> pictures;
+  std::vector<OleObject> objects;
+
+  bool empty() const { return shapes.empty() && connectors.empty() && pictures.empty() && objects.empty(); }
+};
+
+/// The measures of a sheet, in points; columns and rows count from 1.
+struct SheetGeometry {
+  std::function<double(int column)> columnWidth;
+  std::function<double(int row)> rowHeight;
+};
+
+/// Adds a part to the package and gives the relationship id by which the asking part names it.
+using AddMedia = std::function<std::string(const std::string& bytes, std::string_view extension)>;
+
+/// The anchor elements of xl/drawings/drawingN.xml for all but the objects. Ids of shapes count up from `firstId`.
+/// Connectors that name a shape or a site which is not there are left out.
+std::string drawingAnchors(const Drawing& drawing, const SheetGeometry& geometry, int firstId,
+                           const AddMedia& addMedia);
+
+/// The shape elements of the legacy (VML) drawing that place the objects. Shape numbers count up from `firstShape`;
+/// `addPreview` adds a picture to the legacy drawing's own relationships.
+std::string legacyShapes(const Drawing& drawing, const SheetGeometry& geometry, int firstShape,
+                         const AddMedia& addPreview);
+
+/// A whole legacy drawing around such shapes.
+std::string legacyDrawing(std::string_view shapes, int firstShape, std::size_t count);
+
+/// The oleObject elements of the sheet, in the order of the shapes. `addBook` adds the embedded package.
+std::string oleObjects(const Drawing& drawing, int firstShape, const AddMedia& addBook);
+
+}  // namespace quillmarden
