@@ -86,9 +86,13 @@ std::string corner(std::string_view element, Rulers& rulers, double x, double y)
 }
 
 std::string anchored(Rulers& rulers, const Box& box, std::string_view content) {
-  return fmt::format("<xdr:twoCellAnchor editAs=\"oneCell\">{}{}{}<xdr:clientData/></xdr:twoCellAnchor>",
-                     corner("from", rulers, box.left, box.top),
-                     corner("to", rulers, box.left + box.width, box.top + box.height), content);
+  // The prefixes stand here since a template's drawing may use others.
+  return fmt::format(
+      "<xdr:twoCellAnchor xmlns:xdr=\"http://schemas.openxmlformats.org/drawingml/2006/spreadsheetDrawing\" "
+      "xmlns:a=\"http://schemas.openxmlformats.org/drawingml/2006/main\" editAs=\"oneCell\">{}{}{}<xdr:clientData/>"
+      "</xdr:twoCellAnchor>",
+      corner("from", rulers, box.left, box.top), corner("to", rulers, box.left + box.width, box.top + box.height),
+      content);
 }
 
 std::string transform(const Box& box, std::string_view attributes = "") {
@@ -119,16 +123,17 @@ std::string runProperties(const ShapeText& text) {
   return attributes + ">" + inner;
 }
 
-std::string paragraphs(const ShapeText& text) {
+std::string paragraphs(const ShapeText& text, bool centred) {
+  const std::string_view alignment = centred ? "<a:pPr algn=\"ctr\"/>" : "";
   const std::string properties = runProperties(text);
   std::string out;
   std::string_view rest = text.text;
   while (true) {
     const std::size_t end = rest.find('\n');
     const std::string_view line = rest.substr(0, end);
-    out += line.empty()
-               ? fmt::format("<a:p><a:endParaRPr {}</a:endParaRPr></a:p>", properties)
-               : fmt::format("<a:p><a:r><a:rPr {}</a:rPr><a:t>{}</a:t></a:r></a:p>", properties, escaped(line));
+    out += line.empty() ? fmt::format("<a:p>{}<a:endParaRPr {}</a:endParaRPr></a:p>", alignment, properties)
+                        : fmt::format("<a:p>{}<a:r><a:rPr {}</a:rPr><a:t>{}</a:t></a:r></a:p>", alignment, properties,
+                                      escaped(line));
     if (end == std::string_view::npos) {
       return out;
     }
@@ -136,28 +141,13 @@ std::string paragraphs(const ShapeText& text) {
   }
 }
 
-// A rectangle; with sites of its own it is drawn as a path, since the preset has sites at its edges alone.
-std::string geometryOf(const SheetShape& shape) {
-  if (shape.sites.empty()) {
-    return "<a:prstGeom prst=\"rect\"><a:avLst/></a:prstGeom>";
-  }
-  const std::int64_t width = units(shape.box.width);
-  const std::int64_t height = units(shape.box.height);
-  std::string sites;
-  for (const ConnectionSite& site : shape.sites) {
-    // The angle is the direction in which a line leaves.
-    const int angle = site.x <= 0 ? 10800000 : site.x >= 1 ? 0 : site.y <= 0 ? 16200000 : 5400000;
-    sites += fmt::format("<a:cxn ang=\"{}\"><a:pos x=\"{}\" y=\"{}\"/></a:cxn>", angle,
-                         std::llround(site.x * static_cast<double>(width)),
-                         std::llround(site.y * static_cast<double>(height)));
-  }
-  return fmt::format(
-      "<a:custGeom><a:avLst/><a:gdLst/><a:ahLst/><a:cxnLst>{0}</a:cxnLst>"
-      "<a:rect l=\"0\" t=\"0\" r=\"r\" b=\"b\"/><a:pathLst><a:path w=\"{1}\" h=\"{2}\">"
-      "<a:moveTo><a:pt x=\"0\" y=\"0\"/></a:moveTo><a:lnTo><a:pt x=\"{1}\" y=\"0\"/></a:lnTo>"
-      "<a:lnTo><a:pt x=\"{1}\" y=\"{2}\"/></a:lnTo><a:lnTo><a:pt x=\"0\" y=\"{2}\"/></a:lnTo><a:close/></a:path>"
-      "</a:pathLst></a:custGeom>",
-      sites, width, height);
+std::string_view presetOf(ShapeKind kind) { return kind == ShapeKind::MagneticDisk ? "flowChartMagneticDisk" : "rect"; }
+
+// The number of the connection site in the middle of an edge, as the preset counts its sites.
+int siteOf(ShapeKind kind, ShapeEdge edge) {
+  const int rectangle = static_cast<int>(edge);
+  // The disk's upper face has a site of its own, in front of the others.
+  return kind == ShapeKind::MagneticDisk ? rectangle + 1 : rectangle;
 }
 
 std::string shapeXml(const SheetShape& shape, int id) {
@@ -169,29 +159,27 @@ std::string shapeXml(const SheetShape& shape, int id) {
                    : "";
   return fmt::format(
       "<xdr:sp macro=\"\" textlink=\"\"><xdr:nvSpPr><xdr:cNvPr id=\"{}\" name=\"{}\"/><xdr:cNvSpPr{}/></xdr:nvSpPr>"
-      "<xdr:spPr>{}{}{}<a:ln w=\"{}\">{}</a:ln>{}</xdr:spPr>"
+      "<xdr:spPr>{}<a:prstGeom prst=\"{}\"><a:avLst/></a:prstGeom>{}<a:ln w=\"{}\">{}</a:ln>{}</xdr:spPr>"
       "<xdr:txBody><a:bodyPr vertOverflow=\"clip\" wrap=\"square\" lIns=\"45720\" tIns=\"27432\" rIns=\"45720\" "
-      "bIns=\"27432\" anchor=\"t\">{}</a:bodyPr><a:lstStyle/>{}</xdr:txBody></xdr:sp>",
-      id, escaped(shape.name), shape.textBox ? " txBox=\"1\"" : "", transform(shape.box), geometryOf(shape), fill,
-      units(shape.lineWeight), solid(shape.lineColour), effects, shape.autoSize ? "<a:spAutoFit/>" : "<a:noAutofit/>",
-      paragraphs(shape.text));
+      "bIns=\"27432\" anchor=\"{}\">{}</a:bodyPr><a:lstStyle/>{}</xdr:txBody></xdr:sp>",
+      id, escaped(shape.name), shape.kind == ShapeKind::TextBox ? " txBox=\"1\"" : "", transform(shape.box),
+      presetOf(shape.kind), fill, units(shape.lineWeight), solid(shape.lineColour), effects,
+      shape.centred ? "ctr" : "t", shape.autoSize ? "<a:spAutoFit/>" : "<a:noAutofit/>",
+      paragraphs(shape.text, shape.centred));
 }
 
-constexpr std::array kEdgeMiddles = {ConnectionSite{0.5, 0}, ConnectionSite{0, 0.5}, ConnectionSite{0.5, 1},
-                                     ConnectionSite{1, 0.5}};
+/// The middle of an edge in fractions of the box.
+struct EdgeMiddle {
+  double x;
+  double y;
+};
 
-std::optional<ConnectionSite> siteOf(const Drawing& drawing, std::size_t shape, std::size_t site) {
-  if (shape >= drawing.shapes.size()) {
-    return std::nullopt;
-  }
-  const auto& own = drawing.shapes[shape].sites;
-  if (own.empty()) {
-    return site < kEdgeMiddles.size() ? std::optional(kEdgeMiddles[site]) : std::nullopt;
-  }
-  return site < own.size() ? std::optional(own[site]) : std::nullopt;
+EdgeMiddle middleOf(ShapeEdge edge) {
+  constexpr std::array kMiddles = {EdgeMiddle{0.5, 0}, EdgeMiddle{0, 0.5}, EdgeMiddle{0.5, 1}, EdgeMiddle{1, 0.5}};
+  return kMiddles[static_cast<std::size_t>(edge)];
 }
 
-bool leavesSideways(const ConnectionSite& site) { return site.x <= 0 || site.x >= 1; }
+bool isSide(ShapeEdge edge) { return edge == ShapeEdge::Left || edge == ShapeEdge::Right; }
 
 /// How a connector runs between two points: the box around it, its turns, and where its upright part stands.
 struct Route {
@@ -200,7 +188,9 @@ struct Route {
   std::string geometry;
 };
 
-Route route(const Box& fromBox, const ConnectionSite& from, const Box& toBox, const ConnectionSite& to) {
+Route route(const Box& fromBox, ShapeEdge fromEdge, const Box& toBox, ShapeEdge toEdge) {
+  const EdgeMiddle from = middleOf(fromEdge);
+  const EdgeMiddle to = middleOf(toEdge);
   const double x1 = fromBox.left + from.x * fromBox.width;
   const double y1 = fromBox.top + from.y * fromBox.height;
   const double x2 = toBox.left + to.x * toBox.width;
@@ -209,17 +199,18 @@ Route route(const Box& fromBox, const ConnectionSite& from, const Box& toBox, co
   made.box = {std::min(x1, x2), std::min(y1, y2), std::abs(x2 - x1), std::abs(y2 - y1)};
   const bool flipped = x2 < x1;
   made.flips = fmt::format("{}{}", flipped ? " flipH=\"1\"" : "", y2 < y1 ? " flipV=\"1\"" : "");
-  if (!leavesSideways(from) || !leavesSideways(to)) {
+  if (!isSide(fromEdge) || !isSide(toEdge)) {
     made.geometry = "<a:prstGeom prst=\"straightConnector1\"><a:avLst/></a:prstGeom>";
     return made;
   }
   made.box.width = std::max(made.box.width, static_cast<double>(kThinnest) / kUnitsPerPoint);
   // The upright part stands in the middle between two sides that face each other, and outside of both otherwise.
+  const bool leavesRight = fromEdge == ShapeEdge::Right;
   double upright = (x1 + x2) / 2;
-  if ((from.x >= 1) == (to.x >= 1)) {
-    upright = from.x >= 1 ? std::max(x1, x2) + kBulge : std::min(x1, x2) - kBulge;
-  } else if ((from.x >= 1) == flipped) {
-    upright = from.x >= 1 ? x1 + kBulge : x1 - kBulge;
+  if (fromEdge == toEdge) {
+    upright = leavesRight ? std::max(x1, x2) + kBulge : std::min(x1, x2) - kBulge;
+  } else if (leavesRight == flipped) {
+    upright = leavesRight ? x1 + kBulge : x1 - kBulge;
   }
   const double local = flipped ? x1 - upright : upright - x1;
   made.geometry = fmt::format(
@@ -230,19 +221,17 @@ Route route(const Box& fromBox, const ConnectionSite& from, const Box& toBox, co
 
 std::string connectorXml(const Drawing& drawing, const SheetConnector& connector, int id, int firstShapeId,
                          Rulers& rulers) {
-  const auto from = siteOf(drawing, connector.fromShape, connector.fromSite);
-  const auto to = siteOf(drawing, connector.toShape, connector.toSite);
-  if (!from || !to) {
-    return "";
-  }
-  const Route made = route(drawing.shapes[connector.fromShape].box, *from, drawing.shapes[connector.toShape].box, *to);
+  if (connector.fromShape >= drawing.shapes.size() || connector.toShape >= drawing.shapes.size()) return "";
+  const SheetShape& from = drawing.shapes[connector.fromShape];
+  const SheetShape& to = drawing.shapes[connector.toShape];
+  const Route made = route(from.box, connector.fromEdge, to.box, connector.toEdge);
   const std::string content = fmt::format(
       "<xdr:cxnSp macro=\"\"><xdr:nvCxnSpPr><xdr:cNvPr id=\"{}\" name=\"{}\"/><xdr:cNvCxnSpPr>"
       "<a:stCxn id=\"{}\" idx=\"{}\"/><a:endCxn id=\"{}\" idx=\"{}\"/></xdr:cNvCxnSpPr></xdr:nvCxnSpPr>"
       "<xdr:spPr>{}{}<a:ln w=\"9525\">{}<a:tailEnd type=\"triangle\"/></a:ln></xdr:spPr></xdr:cxnSp>",
-      id, escaped(connector.name), firstShapeId + static_cast<int>(connector.fromShape), connector.fromSite,
-      firstShapeId + static_cast<int>(connector.toShape), connector.toSite, transform(made.box, made.flips),
-      made.geometry, solid(connector.colour));
+      id, escaped(connector.name), firstShapeId + static_cast<int>(connector.fromShape),
+      siteOf(from.kind, connector.fromEdge), firstShapeId + static_cast<int>(connector.toShape),
+      siteOf(to.kind, connector.toEdge), transform(made.box, made.flips), made.geometry, solid(connector.colour));
   return anchored(rulers, made.box, content);
 }
 

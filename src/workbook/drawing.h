@@ -19,12 +19,10 @@ struct Box {
   double height = 0;
 };
 
-/// A point of a shape where connectors can hold on to, in fractions of its box: {0, 0.5} is the middle of the left
-/// edge.
-struct ConnectionSite {
-  double x = 0;
-  double y = 0;
-};
+/// A side of a shape, in whose middle a connector can hold on.
+enum class ShapeEdge { Top, Left, Bottom, Right };
+
+enum class ShapeKind { TextBox, Rectangle, MagneticDisk };
 
 /// The attributes of a shape's text. A colour is 0xRRGGBB; none leaves it to the program.
 struct ShapeText {
@@ -43,24 +41,23 @@ struct SheetShape {
   std::string name;
   Box box;
   ShapeText text;
-  bool textBox = true;  ///< a text box, otherwise a rectangle with text in it
+  ShapeKind kind = ShapeKind::TextBox;
+  bool centred = false;  ///< the text in the middle of the shape, otherwise at its top left
   bool autoSize = false;
   std::optional<std::uint32_t> fill = 0xFFFFFF;
   std::uint32_t lineColour = 0;
   double lineWeight = 0.75;  ///< points
   bool shadow = false;
-  /// Where connectors can hold on. Empty: the middles of the top, left, bottom and right edge, in this order.
-  std::vector<ConnectionSite> sites;
 };
 
-/// A line from one shape of the drawing to another that follows when a person moves them. Shapes and sites count
-/// from 0. It ends in an arrow.
+/// A line from one shape of the drawing to another that follows when a person moves them. Shapes count from 0. It ends
+/// in an arrow.
 struct SheetConnector {
   std::string name;
   std::size_t fromShape = 0;
-  std::size_t fromSite = 0;
+  ShapeEdge fromEdge = ShapeEdge::Right;
   std::size_t toShape = 0;
-  std::size_t toSite = 0;
+  ShapeEdge toEdge = ShapeEdge::Left;
   std::uint32_t colour = 0x404040;
 };
 
@@ -101,7 +98,7 @@ struct SheetGeometry {
 using AddMedia = std::function<std::string(const std::string& bytes, std::string_view extension)>;
 
 /// The anchor elements of xl/drawings/drawingN.xml for all but the objects. Ids of shapes count up from `firstId`.
-/// Connectors that name a shape or a site which is not there are left out.
+/// Connectors that name a shape which is not there are left out.
 std::string drawingAnchors(const Drawing& drawing, const SheetGeometry& geometry, int firstId,
                            const AddMedia& addMedia);
 

@@ -17,6 +17,9 @@ namespace {
 
 // Spreadsheet programs leave this much between lines even where the font asks for less.
 constexpr double kLeastLineHeight = 1.2273;
+// Where the font is not installed, other programs may choose another substitute than we do. The tallest of the common
+// Japanese ones asks for this much, and has no kana narrower than an em.
+constexpr double kSubstituteLineHeight = 1.45;
 constexpr double kPixelsPerPoint = 96.0 / 72.0;
 constexpr double kPixelTolerance = 0.05;
 
@@ -59,13 +62,17 @@ class TypewriterFace : public FontFace {
 
 class FreeTypeFace : public FontFace {
  public:
-  explicit FreeTypeFace(FT_Face face) : face_(face) {
+  FreeTypeFace(FT_Face face, bool substitutes) : face_(face), substitutes_(substitutes) {
     const double em = std::max<double>(face->units_per_EM, 1);
     ascent_ = face->ascender / em;
     lineHeight_ = std::max(face->height, static_cast<FT_Short>(face->ascender - face->descender)) / em;
     if (const auto* os2 = static_cast<const TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2)); os2 != nullptr) {
       lineHeight_ = std::max(lineHeight_, (os2->usWinAscent + os2->usWinDescent) / em);
       ascent_ = std::max(ascent_, os2->usWinAscent / em);
+    }
+    if (substitutes && lineHeight_ < kSubstituteLineHeight) {
+      ascent_ += (kSubstituteLineHeight - lineHeight_) / 2;
+      lineHeight_ = kSubstituteLineHeight;
     }
   }
   ~FreeTypeFace() override { FT_Done_Face(face_); }
@@ -90,10 +97,12 @@ class FreeTypeFace : public FontFace {
     if (glyph == 0 || FT_Load_Glyph(face_, glyph, FT_LOAD_NO_SCALE) != 0) {
       return isWide(character) ? 1.0 : 0.6;  // another font will lend the glyph
     }
-    return static_cast<double>(face_->glyph->metrics.horiAdvance) / face_->units_per_EM;
+    const double width = static_cast<double>(face_->glyph->metrics.horiAdvance) / face_->units_per_EM;
+    return substitutes_ && isWide(character) ? std::max(width, 1.0) : width;
   }
 
   FT_Face face_;
+  bool substitutes_;
   double ascent_ = 0.88;
   double lineHeight_ = 1;
   mutable std::unordered_map<char32_t, double> advances_;
@@ -102,7 +111,16 @@ class FreeTypeFace : public FontFace {
 struct FontFile {
   std::string path;
   int index = 0;
+  bool substitutes = true;  ///< it is not the font of that name
 };
+
+bool isOfFamily(FcPattern* font, const std::string& family) {
+  FcChar8* name = nullptr;
+  for (int i = 0; FcPatternGetString(font, FC_FAMILY, i, &name) == FcResultMatch; ++i) {
+    if (FcStrCmpIgnoreCase(name, reinterpret_cast<const FcChar8*>(family.c_str())) == 0) return true;
+  }
+  return false;
+}
 
 std::string_view installedName(std::string_view family) {
   const auto found = std::ranges::find(kSubstitutes, family, &Substitute::family);
@@ -131,6 +149,7 @@ FontFile findFont(FcConfig* config, std::string_view family, bool bold) {
     file.path = reinterpret_cast<const char*>(path);
   }
   FcPatternGetInteger(match, FC_INDEX, 0, &file.index);
+  file.substitutes = !isOfFamily(match, std::string(family));
   FcPatternDestroy(match);
   return file;
 }
@@ -215,7 +234,7 @@ const FontFace& FontBook::face(std::string_view family, bool bold) {
     const FontFile file = findFont(library_->config, family, bold);
     FT_Face face = nullptr;
     if (!file.path.empty() && FT_New_Face(library_->freeType, file.path.c_str(), file.index & 0xFFFF, &face) == 0) {
-      made = std::make_unique<FreeTypeFace>(face);
+      made = std::make_unique<FreeTypeFace>(face, file.substitutes);
     }
   }
   if (!made) {

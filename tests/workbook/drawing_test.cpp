@@ -47,11 +47,10 @@ TEST(DrawingTest, ConnectorsHoldOnToShapesThatExist) {
   Drawing drawing;
   drawing.shapes = {shape("left", {0, 0, 100, 40}), shape("right", {300, 100, 100, 40}),
                     shape("below", {0, 200, 100, 40})};
-  drawing.shapes[2].sites = {{0, 0.25}, {1, 0.25}};
-  drawing.connectors = {{"c1", 0, 3, 1, 1},   // the sides that face each other
-                        {"c2", 2, 1, 0, 3},   // both right sides, of boxes above each other
-                        {"c3", 0, 0, 9, 0},   // no such shape
-                        {"c4", 2, 2, 0, 0}};  // no such site
+  drawing.shapes[2].kind = ShapeKind::MagneticDisk;
+  drawing.connectors = {{"c1", 0, ShapeEdge::Right, 1, ShapeEdge::Left},
+                        {"c2", 2, ShapeEdge::Right, 0, ShapeEdge::Right},  // boxes that stand above each other
+                        {"c3", 0, ShapeEdge::Top, 9, ShapeEdge::Top}};     // no such shape
   const auto document = parsed(drawingAnchors(drawing, kSquares, 10, noMedia));
   std::set<std::string> ids;
   std::vector<pugi::xml_node> connectors;
@@ -68,6 +67,12 @@ TEST(DrawingTest, ConnectorsHoldOnToShapesThatExist) {
   const auto place = connectors[0].child("xdr:spPr").child("a:xfrm");
   EXPECT_EQ(place.child("a:off").attribute("x").as_int(), 1270000);
   EXPECT_EQ(place.child("a:ext").attribute("cx").as_int(), 2540000);
+  // A disk counts a site on its upper face before the others.
+  EXPECT_EQ(connectors[1]
+                .find_node([](pugi::xml_node node) { return node.name() == std::string("a:stCxn"); })
+                .attribute("idx")
+                .as_int(),
+            4);
   // Between equal edges the line bulges to the right of both.
   const auto bulging = connectors[1].child("xdr:spPr");
   EXPECT_EQ(bulging.child("a:xfrm").attribute("flipV").as_int(), 1);
