@@ -7,18 +7,33 @@
 #include <string>
 #include <string_view>
 
+#include "cli/alter.h"
 #include "cli/capacity.h"
 #include "cli/console_host.h"
+#include "cli/er.h"
+#include "cli/format_file.h"
 #include "cli/init.h"
+#include "cli/layout.h"
+#include "cli/list.h"
 #include "cli/login.h"
+#include "cli/mail.h"
+#include "cli/members.h"
+#include "cli/memo.h"
+#include "cli/report.h"
+#include "cli/row_list.h"
 #include "cli/save.h"
 #include "cli/show.h"
+#include "cli/snippet.h"
 #include "cli/sql.h"
+#include "cli/system.h"
 #include "cli/systems.h"
 #include "cli/tables.h"
+#include "cli/value_list.h"
 #include "cli/view.h"
 #include "common/log.h"
+#include "common/text.h"
 #include "screen/date_time.h"
+#include "sqlgen/snippet.h"
 
 namespace quillmarden {
 
@@ -52,6 +67,36 @@ CLI::Validator oneOf(std::vector<std::string> words) {
         return list + " のいずれかを指定して下さい: " + text;
       },
       "");
+}
+
+CLI::Validator settingValidator() {
+  return CLI::Validator(
+      [](std::string& text) {
+        const auto sign = text.find('=');
+        const bool named = sign != std::string::npos && text.find_first_not_of(' ') < sign;
+        return named ? std::string() : "列名=値 の形で指定して下さい: " + text;
+      },
+      "");
+}
+
+CLI::Validator rowListValidator() {
+  return CLI::Validator(
+      [](std::string& text) { return parseRowList(text) ? std::string() : "行は 1,3-5 の形で指定して下さい: " + text; },
+      "");
+}
+
+CLI::Validator snippetValidator() {
+  std::vector<std::string> indexes;
+  for (const SnippetEntry& entry : snippetEntries()) indexes.push_back(std::to_string(entry.index));
+  return oneOf(std::move(indexes));
+}
+
+/// The menu's entries, a line each.
+std::string snippetHelp() {
+  std::string help = "コードの番号(必須)";
+  for (const SnippetEntry& entry : snippetEntries())
+    help.append("\n").append(std::to_string(entry.index)).append(": ").append(trim(entry.caption));
+  return help;
 }
 
 /// An option that may come again, one value each time.
@@ -89,8 +134,12 @@ void addTable(CLI::App& app, Options& options) {
   app.add_option("--table", options.table, "テーブル名または日本語名(必須)")->type_name("NAME")->required();
 }
 
-void addChosenTables(CLI::App& app, Options& options) {
+void addTables(CLI::App& app, Options& options) {
   addRepeated(app, "--table", options.tables, "テーブル名または日本語名。複数回指定できる。省略時は全てのテーブル");
+}
+
+void addChosenTables(CLI::App& app, Options& options) {
+  addTables(app, options);
   app.add_option("--output", options.output, "作成するファイル。省略時はシステムの作業フォルダに作成する")
       ->type_name("FILE");
 }
@@ -112,6 +161,26 @@ void addTableFilters(CLI::App& app, Options& options) {
       ->check(oneOf({"all", "editor", "reverse"}));
   app.add_flag("--all-systems", options.allSystems, "全システム共通のテーブルのみ");
   app.add_flag("--with-references", options.withReferences, "参照している他システムの共通テーブルも表示する");
+}
+
+void addValueListOptions(CLI::App& app, Options& options) {
+  auto add = [&](const char* name, std::string& value, const char* type, const char* help) {
+    return app.add_option(name, value, help)->type_name(type);
+  };
+  auto* list = add("--list", options.valueList, "NAME", "値名称。省略時は値リストの一覧を表示する");
+  list->check(filledValidator());
+  app.add_flag("--with-shared", options.withShared, "一覧に、他システムの全システム共通の値リストも表示する");
+  app.add_flag("--grid", options.gridOnly, "値のみ表示する");
+  add("--save", options.saveFile, "FILE", "値のファイル(UTF-8)。値リストの値をチェックして、全て置き換える")
+      ->needs(list);
+  add("--class", options.tableClass, "TEXT", "種別: フラグ か 区分。一覧を絞る。--list があるときは登録する")
+      ->check(oneOf({"フラグ", "区分"}));
+  add("--type", options.valueType, "TEXT", "型: 数値、文字 か Yes/No。一覧を絞る。--list があるときは登録する")
+      ->check(oneOf({"数値", "文字", "Yes/No"}));
+  add("--memo", options.memo, "TEXT", "値の説明を登録する")->needs(list);
+  add("--shared", options.allowOthers, "yes|no", "全システム共通とするかどうかを登録する")
+      ->check(oneOf({"yes", "no"}))
+      ->needs(list);
 }
 
 struct Command {
@@ -136,6 +205,14 @@ const Command kCommands[] = {
      [](CLI::App&, Options&) {}},
     {"systems", "システムの一覧を表示する。1行に、システム名、タブ、データベース種別", runSystems, true,
      [](CLI::App&, Options&) {}},
+    {"system", "システムの情報を表示する。1行に、列名、タブ、値。--set で列を変更して保存する", runSystem, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       app.add_flag("--new", options.newSystem, "--system の名前で、新しいシステムを登録する");
+       addRepeated(app, "--set", options.sets, "変更する列と値。複数回指定できる。システム名は名称変更になる")
+           ->type_name("NAME=VALUE")
+           ->check(settingValidator());
+     }},
     {"tables", "テーブルリストを表示する。1行に、先頭の名称(50桁)、もう一方の名称、ID。タブで区切る", runTables, true,
      [](CLI::App& app, Options& options) {
        addSystem(app, options);
@@ -155,6 +232,21 @@ const Command kCommands[] = {
            ->type_name("FILE")
            ->required();
      }},
+    {"value-list",
+     "値リストの一覧(1行に、値名称、システム名、種別、型、内容)か、1つの値リスト(1行に、初期値、値、概要)"
+     "を表示、登録する",
+     runValueList, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       addValueListOptions(app, options);
+     }},
+    {"memo", "テーブルの付帯メモ(1行に、記号、備考、作成日)を表示、保存する。タブで区切る", runMemo, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       addTable(app, options);
+       app.add_option("--save", options.saveFile, "表示と同じ形式のファイル(UTF-8)で保存する。作成日は省略できる")
+           ->type_name("FILE");
+     }},
     {"sql", "CREATE文のファイルを作成し、ファイル名を表示する", runSql, true,
      [](CLI::App& app, Options& options) {
        addSystem(app, options);
@@ -162,10 +254,82 @@ const Command kCommands[] = {
        app.add_flag("--full", options.full, "オプション設定によらず、DROP文以外を全て出力する");
        app.add_flag("--runnable", options.runnable, "データベースでそのまま実行できる形式で出力する");
      }},
+    {"alter", "ALTER TABLE文を表示する", runAlter, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       addTable(app, options);
+       app.add_option("--rows", options.rowList, "項目の行(必須)。1,3-5 の形で指定する。全ての行を続けては指定できない")
+           ->type_name("ROWS")
+           ->check(rowListValidator())
+           ->required();
+       app.add_option("--mode", options.alterMode, "add: 項目の追加、change: 項目の変更(必須)")
+           ->type_name("add|change")
+           ->check(oneOf({"add", "change"}))
+           ->required();
+     }},
+    {"snippet", "項目を使うプログラムのコードを表示する", runSnippet, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       addTable(app, options);
+       app.add_option("--rows", options.rowList, "項目の行。1,3-5 の形で指定する。省略時は全ての項目")
+           ->type_name("ROWS")
+           ->check(rowListValidator());
+       app.add_option("--index", options.snippetIndex, snippetHelp())
+           ->type_name("N")
+           ->check(snippetValidator())
+           ->required();
+     }},
     {"view", "VIEW文のファイルを作成し、ファイル名を表示する", runView, true,
      [](CLI::App& app, Options& options) {
        addSystem(app, options);
        addChosenTables(app, options);
+     }},
+    {"layout", "テーブルレイアウトのブックをテーブルごとに作成し、ファイル名を表示する", runLayout, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       addTables(app, options);
+       app.add_option("--output-folder", options.outputFolder, "作成するフォルダ。省略時はシステムの作業フォルダ")
+           ->type_name("DIR");
+     }},
+    {"er", "ERのブックを作成し、ファイル名を表示する", runEr, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       addChosenTables(app, options);
+       app.add_option("--mode", options.mode, "1: キー項目のみ、2: 名称のみ、3: 備考も表示、その他: 全項目")
+           ->type_name("N");
+       app.add_flag("--fk-only", options.foreignOnly, "外部参照のある項目のみ");
+     }},
+    {"list", "テーブル一覧のブックを作成し、ファイル名を表示する", runList, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       addChosenTables(app, options);
+       app.add_flag("--fields", options.fields, "項目ごとに1行とする");
+     }},
+    {"members", "メンバー一覧のブックを作成し、ファイル名を表示する", runMembers, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       addChosenTables(app, options);
+     }},
+    {"mail", "メンバーのメールアドレスを表示する。1行に1テーブル、コンマで区切る", runMail, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       addTables(app, options);
+     }},
+    {"report", "出力_ で始まるQueryを実行し、見出しの行と結果をタブ区切りで表示する", runReport, true,
+     [](CLI::App& app, Options& options) {
+       addSystem(app, options);
+       app.add_option("--query", options.query, "Queryの名称(必須)")->type_name("NAME")->required();
+       addRepeated(app, "--parameter", options.parameters, "パラメータの値。Queryの順に、2つまで指定できる")
+           ->type_name("TEXT");
+       app.add_option("--output", options.output, "表示せずに、このファイルのブックに出力する")->type_name("FILE");
+     }},
+    {"format-file", "書式ファイルがなければ初期の内容で作成し、ファイル名を表示する", runFormatFile, true,
+     [](CLI::App& app, Options& options) {
+       app.add_option("NAME", options.file, "書式ファイル名(システムの書式ファイル名と同じ)")
+           ->type_name("")
+           ->check(filledValidator())
+           ->required();
+       app.add_flag("--check", options.check, "作成せずに、定義エラーをチェックする");
      }},
     {"capacity", "レコード長と容量を再計算し、見出しの行と、テーブルごとの値をタブ区切りで表示する", runCapacity, true,
      [](CLI::App& app, Options& options) { addSystem(app, options); }},
@@ -179,6 +343,7 @@ void setWords(CLI::App& app) {
   formatter->label("Positionals", "引数");
   formatter->label("SUBCOMMAND", "コマンド");
   formatter->label("REQUIRED", "");
+  formatter->label("Needs", "要");
   formatter->column_width(34);
   app.formatter(formatter);
   app.set_help_flag("-h,--help", "この説明を表示する");

@@ -13,6 +13,8 @@
 #include <ctime>
 #include <memory>
 
+#include "common/paths.h"
+
 namespace quillmarden {
 
 namespace {
@@ -160,12 +162,13 @@ Host consoleHost(const Options& options) {
   host.machine.computerName = options.computer.empty() ? computerName() : options.computer;
   host.machine.appDataFolder = appDataFolder(options.dataFolder);
   host.machine.tempFolder = tempFolder(options.tempFolder);
-  host.machine.programFolder = absolute(options.programFolder.empty() ? QM_ASSETS : options.programFolder);
+  host.machine.programFolder =
+      options.programFolder.empty() ? assetsFolder(QM_ASSETS) : absolute(options.programFolder);
   host.machine.setClipboard = [](std::string_view) {};
   host.machine.clipboard = [] { return std::string(); };
 
   auto leaveClosed = [](const std::filesystem::path&) { return true; };
-  host.opener = {leaveClosed, leaveClosed, leaveClosed};
+  host.opener = {leaveClosed, leaveClosed, leaveClosed, {}};
   return host;
 }
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <numeric>
 #include <vector>
 
 #include "cli/console_host.h"
@@ -12,24 +13,6 @@
 namespace quillmarden {
 
 namespace {
-
-/// The places of the named tables in LstTable, in the order of their naming, each once. Empty after a message.
-std::vector<int> chosenRows(Run& run, const frmTBList& list) {
-  std::vector<int> chosen;
-  for (const std::string& name : run.options.tables) {
-    std::optional<std::string> id = findTable(run, name);
-    if (!id) return {};
-    auto row = std::find_if(list.LstTable.rows.begin(), list.LstTable.rows.end(),
-                            [&](const std::string& text) { return tableListId(text) == *id; });
-    if (row == list.LstTable.rows.end()) {
-      failure(run, fmt::format("テーブルリストに存在しません.\n 名称 : {}", name));
-      return {};
-    }
-    int place = static_cast<int>(row - list.LstTable.rows.begin());
-    if (std::find(chosen.begin(), chosen.end(), place) == chosen.end()) chosen.push_back(place);
-  }
-  return chosen;
-}
 
 void fillSelection(frmTBList& list, const std::vector<int>& rows) {
   for (int row : rows) {
@@ -52,6 +35,45 @@ ExitStatus report(Run& run, const RunResult& result) {
 }
 
 }  // namespace
+
+std::vector<int> allRows(const frmTBList& list) {
+  std::vector<int> rows(list.LstTable.rows.size());
+  std::iota(rows.begin(), rows.end(), 0);
+  return rows;
+}
+
+std::vector<int> chosenRows(Run& run, const frmTBList& list) {
+  std::vector<int> chosen;
+  for (const std::string& name : run.options.tables) {
+    std::optional<std::string> id = findTable(run, name);
+    if (!id) return {};
+    auto row = std::find_if(list.LstTable.rows.begin(), list.LstTable.rows.end(),
+                            [&](const std::string& text) { return tableListId(text) == *id; });
+    if (row == list.LstTable.rows.end()) {
+      failure(run, fmt::format("テーブルリストに存在しません.\n 名称 : {}", name));
+      return {};
+    }
+    int place = static_cast<int>(row - list.LstTable.rows.begin());
+    if (std::find(chosen.begin(), chosen.end(), place) == chosen.end()) chosen.push_back(place);
+  }
+  return chosen;
+}
+
+bool chooseTables(Run& run, frmTBList& list) {
+  if (!openTableList(run, list)) return false;
+  std::vector<int> rows = chosenRows(run, list);
+  if (rows.empty() && !run.options.tables.empty()) return false;
+  if (rows.empty()) rows = allRows(list);
+  fillSelection(list, rows);
+  return true;
+}
+
+ExitStatus printFile(Run& run, const std::string& path) {
+  if (path.empty()) return kFailed;
+  if (interrupted()) return failure(run, "中断しました.");
+  run.output = path + "\n";
+  return kDone;
+}
 
 ExitStatus generate(Run& run, const ScriptMenus& menus) {
   // The shared tables belong to Systems of several kinds; there is no script of them all.
@@ -76,8 +98,7 @@ ExitStatus generate(Run& run, const ScriptMenus& menus) {
   } else if (rows.empty() && menus.all) {
     result = menus.all(run.session, run.host, list, detail, menus.allIndex, target);
   } else {
-    if (rows.empty())
-      for (int row = 0; row < list.LstTable.count(); ++row) rows.push_back(row);
+    if (rows.empty()) rows = allRows(list);
     fillSelection(list, rows);
     result = menus.selection(run.session, run.host, list, detail, menus.selectionIndex, target);
   }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "cli/run.h"
 #include "sqlgen/frame.h"
 
@@ -18,6 +20,17 @@ struct ScriptMenus {
   ScriptMenu all;  ///< of all rows; nullptr where the selection run over all rows does it
   int allIndex;
 };
+
+/// The places of the named tables in LstTable, in the order of their naming, each once. Empty after a message, and when
+/// no table was named.
+std::vector<int> chosenRows(Run& run, const frmTBList& list);
+
+/// The places of all rows of LstTable.
+std::vector<int> allRows(const frmTBList& list);
+/// The list screen with the tables that the options name in LstTableSel; none means all. False after a message.
+bool chooseTables(Run& run, frmTBList& list);
+/// Prints the path of what a routine has made. A routine that gave "" has told why, or was answered "no".
+ExitStatus printFile(Run& run, const std::string& path);
 
 /// Writes the script of the chosen tables and prints its path. A run with lost characters, one that was stopped, and
 /// one that wrote nothing for its only table fail after a message.

@@ -2,6 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <unordered_map>
 
 #include "common/numbers.h"
@@ -95,6 +101,35 @@ class LoadedRows {
 };
 
 }  // namespace
+
+bool readFile(Run& run, const std::string& file, std::string& text) {
+  std::error_code ignored;
+  bool folder = std::filesystem::is_directory(file, ignored);
+  errno = 0;
+  std::ifstream stream(file, std::ios::binary);
+  if (!folder && stream) text.assign(std::istreambuf_iterator<char>(stream), {});
+  if (!folder && stream && !stream.bad()) return true;
+  failure(run, fmt::format("ファイルを読み込めませんでした.\n {}\n {}", file, std::strerror(folder ? EISDIR : errno)));
+  return false;
+}
+
+std::string cellName(std::size_t row, int col, const Spread& grid) {
+  return fmt::format("{}行目 : {}列目[{}]", row, col, grid.column(col).title);
+}
+
+std::string lengthFault(const GridText& text, const Spread& grid) {
+  const auto characters = [](std::string_view cell) {
+    return std::count_if(cell.begin(), cell.end(), [](char byte) { return (byte & 0xC0) != 0x80; });
+  };
+  for (std::size_t row = 0; row < text.rows.size(); ++row) {
+    for (int col = 1; col <= static_cast<int>(text.rows[row].size()); ++col) {
+      const int limit = grid.column(col).maxLength;
+      if (limit == 0 || characters(text.rows[row][static_cast<std::size_t>(col - 1)]) <= limit) continue;
+      return fmt::format("{}が長すぎます. {}文字までです.", cellName(row + 1, col, grid), limit);
+    }
+  }
+  return "";
+}
 
 GridText parseGridText(std::string_view text, const Spread& grid) {
   GridText result;

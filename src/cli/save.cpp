@@ -2,32 +2,11 @@
 
 #include <fmt/format.h>
 
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
 #include "cli/console_session.h"
 #include "cli/grid_file.h"
 #include "editing/frm_tb_detail.h"
 
 namespace quillmarden {
-
-namespace {
-
-bool readFile(Run& run, const std::string& file, std::string& text) {
-  std::error_code ignored;
-  bool folder = std::filesystem::is_directory(file, ignored);
-  errno = 0;
-  std::ifstream stream(file, std::ios::binary);
-  if (!folder && stream) text.assign(std::istreambuf_iterator<char>(stream), {});
-  if (!folder && stream && !stream.bad()) return true;
-  failure(run, fmt::format("ファイルを読み込めませんでした.\n {}\n {}", file, std::strerror(folder ? EISDIR : errno)));
-  return false;
-}
-
-}  // namespace
 
 ExitStatus runSave(Run& run) {
   frmTBDetail detail;

@@ -155,6 +155,32 @@ std::string gGetDataFolder(const Machine& machine) {
   return folder.string();
 }
 
+std::filesystem::path assetsFolder(const std::filesystem::path& configured) {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+  if (error) return configured;
+  for (const std::filesystem::path& place : {program / "assets", program.parent_path() / "share" / "quillmarden"}) {
+    if (std::filesystem::is_directory(place, error)) return place;
+  }
+  return configured;
+}
+
+std::filesystem::path templatePath(const Machine& machine, std::string_view name) {
+  const std::filesystem::path file = machine.programFolder / toPath(name);
+  std::error_code error;
+  if (std::filesystem::exists(file, error)) return file;
+  const std::filesystem::path own = toPath(gGetDataFolder(machine)) / toPath(name);
+  return std::filesystem::exists(own, error) ? own : file;
+}
+
+bool gBrowseFolder(Host& host, std::string& selected) {
+  if (!host.dialogs.browseFolder) return false;
+  std::string chosen = host.dialogs.browseFolder("フォルダを指定して下さい。");
+  if (trim(chosen).empty()) return false;
+  selected = std::move(chosen);
+  return true;
+}
+
 bool gFileCopy(std::string_view from, std::string_view to, bool overwrite, std::string* message) {
   const auto fail = [&](std::string text) {
     if (message) *message = std::move(text);

@@ -27,6 +27,16 @@ std::string gGetServerName(std::string_view path);
 /// The program's folder under the user's application data, made when missing.
 std::string gGetDataFolder(const Machine& machine);
 
+/// Where the assets lie: beside the program as it was built, below its prefix as it was installed, else at the place
+/// that the build names.
+std::filesystem::path assetsFolder(const std::filesystem::path& configured);
+/// A template's path: in the program's folder or, where that has none, in the user's data folder. In the former when
+/// neither has it.
+std::filesystem::path templatePath(const Machine& machine, std::string_view name);
+
+/// Asks for a folder with the program's one prompt. False when none was chosen; `selected` is then as it was.
+bool gBrowseFolder(Host& host, std::string& selected);
+
 /// Copies a file beside its target and renames it over it. False with a message for the user.
 bool gFileCopy(std::string_view from, std::string_view to, bool overwrite, std::string* message);
 

@@ -12,7 +12,9 @@ namespace {
 
 constexpr std::string_view kAppSection = "APP_SETTING";
 
-std::string formSection(std::string_view form) { return std::string(form) + "_App_Setting"; }
+std::string formSection(std::string_view form) {
+  return form.empty() ? "AppSetting" : std::string(form) + "_App_Setting";
+}
 
 /// Reads the keys of one section with the defaults that stand in for what is missing or odd.
 struct Reader {
@@ -37,51 +39,74 @@ struct Reader {
   }
 };
 
-void readScreens(const Reader& read, AppSettings& settings) {
+constexpr SwitchKey kSwitches[] = {
+    {"DetailsFormOpenSize", &AppSettings::detailsFormOpenSize},
+    {"TableListBoxDblClick", &AppSettings::tableListBoxDblClick},
+    {"SpreadCopy2AddRow", &AppSettings::spreadCopy2AddRow},
+    {"IMEControlIsOff", &AppSettings::imeControlIsOff},
+    {"WhereMojiListSystem", &AppSettings::whereMojiListSystem},
+    {"FindMsgOff", &AppSettings::findMsgOff},
+    {"DetailFormRenDataChkIsOn", &AppSettings::detailFormRenDataChkIsOn},
+    {"TableRefMark", &AppSettings::tableRefMark},
+    {"CreateSql2DropSQL", &AppSettings::createSql2DropSQL},
+    {"CreateSql2FkIsPut", &AppSettings::createSql2FkIsPut},
+    {"CreateSql2CommentIsPut", &AppSettings::createSql2CommentIsPut},
+    {"CreateSql2CheckIsPut", &AppSettings::createSql2CheckIsPut},
+    {"CreateSql2StrageIsPut", &AppSettings::createSql2StrageIsPut},
+    {"CreateSql2DefaultIsPut", &AppSettings::createSql2DefaultIsPut},
+    {"CreateSql2BackUpTable", &AppSettings::createSql2BackUpTable},
+    {"CreateSql2Runnable", &AppSettings::createSql2Runnable},
+    {"ExcelObject2SetKage", &AppSettings::excelObject2SetKage},
+    {"LowerFieldName", &AppSettings::lowerFieldName},
+    {"IndexIsReservMoji", &AppSettings::indexIsReservMoji},
+    {"IndexAddRyakuMoji", &AppSettings::indexAddRyakuMoji},
+};
+
+constexpr std::string_view kMemberColumns[] = {"Comp",      "CompRaku", "Bumon1", "Bumon2",
+                                               "Yakusyoku", "Tel",      "Mail",   "Yakuwari"};
+
+constexpr ColourKey kColours[] = {
+    {"KEY", &AppSettings::backColorKey, &AppSettings::backColorKeyIndex},
+    {"ADD", &AppSettings::backColorAdd, &AppSettings::backColorAddIndex},
+    {"TABLENAME", &AppSettings::backColorTableName, &AppSettings::backColorTableNameIndex},
+};
+
+struct NumberKey {
+  std::string_view key;
+  double AppSettings::*setting;
+};
+constexpr NumberKey kNumbers[] = {
+    {"FontSize2TableList", &AppSettings::fontSize2TableList},
+    {"FontSize2Spread", &AppSettings::fontSize2Spread},
+    {"SpreadRowHeightScale", &AppSettings::spreadRowHeightScale},
+};
+
+std::string spreadCopyKey(std::size_t column) { return "SpreadCopy" + std::to_string(column); }
+std::string memberKey(std::size_t column) { return std::string("PutMemberInfo").append(kMemberColumns[column]); }
+std::string colourKey(const ColourKey& colour) { return std::string("BackColor").append(colour.word); }
+std::string colourIndexKey(const ColourKey& colour) { return colourKey(colour) + "_INDEX"; }
+
+void readLogIn(const Reader& read, AppSettings& settings) {
   settings.dataBaseFolder = read.text("DataBaseFolder");
   settings.referenceDataBase = read.flag("ReferenceDataBase", false);
   settings.allFileSearch = read.flag("AllFileSearch", false);
   if (const std::string user = read.text("LoninUserName"); !user.empty()) settings.loninUserName = user;
-  settings.fontSize2TableList = read.number("FontSize2TableList", 12);
-  settings.fontSize2Spread = read.number("FontSize2Spread", 12);
-  settings.spreadRowHeightScale = read.number("SpreadRowHeightScale", 1.3);
-  settings.detailsFormOpenSize = read.flag("DetailsFormOpenSize", true);
-  settings.tableListBoxDblClick = read.flag("TableListBoxDblClick", false);
-  for (std::size_t i = 0; i < settings.spreadCopy.size(); ++i)
-    settings.spreadCopy[i] = read.flag("SpreadCopy" + std::to_string(i), true);
-  settings.spreadCopy2AddRow = read.flag("SpreadCopy2AddRow", true);
-  settings.imeControlIsOff = read.flag("IMEControlIsOff", true);
-  settings.whereMojiListSystem = read.flag("WhereMojiListSystem", false);
-  settings.findMsgOff = read.flag("FindMsgOff", false);
-  settings.detailFormRenDataChkIsOn = read.flag("DetailFormRenDataChkIsOn", false);
-  // The one switch that is also written as a word.
-  settings.tableRefMark = read.flag("TableRefMark", false) || equalsNoCase(read.text("TableRefMark"), "true");
-  settings.backColorKey = read.colour("BackColorKEY", settings.backColorKey);
-  settings.backColorAdd = read.colour("BackColorADD", settings.backColorAdd);
-  settings.backColorTableName = read.colour("BackColorTABLENAME", settings.backColorTableName);
-  settings.backColorKeyIndex = read.whole("BackColorKEY_INDEX", settings.backColorKeyIndex);
-  settings.backColorAddIndex = read.whole("BackColorADD_INDEX", settings.backColorAddIndex);
-  settings.backColorTableNameIndex = read.whole("BackColorTABLENAME_INDEX", settings.backColorTableNameIndex);
-  settings.displayTema = read.whole("DisplayTema", settings.displayTema);
 }
 
-void readOutput(const Reader& read, AppSettings& settings) {
-  settings.createSql2DropSQL = read.flag("CreateSql2DropSQL", true);
-  settings.createSql2FkIsPut = read.flag("CreateSql2FkIsPut", true);
-  settings.createSql2CommentIsPut = read.flag("CreateSql2CommentIsPut", true);
-  settings.createSql2CheckIsPut = read.flag("CreateSql2CheckIsPut", true);
-  settings.createSql2StrageIsPut = read.flag("CreateSql2StrageIsPut", true);
-  settings.createSql2DefaultIsPut = read.flag("CreateSql2DefaultIsPut", true);
-  settings.createSql2BackUpTable = read.flag("CreateSql2BackUpTable", false);
-  settings.createSql2Runnable = read.flag("CreateSql2Runnable", false);
-  settings.excelObject2SetKage = read.flag("ExcelObject2SetKage", true);
-  settings.lowerFieldName = read.flag("LowerFieldName", false);
-  constexpr std::string_view kMember[] = {"Comp",      "CompRaku", "Bumon1", "Bumon2",
-                                          "Yakusyoku", "Tel",      "Mail",   "Yakuwari"};
+void readOptions(const Reader& read, AppSettings& settings) {
+  for (const SwitchKey& key : kSwitches) settings.*key.setting = read.flag(key.key, settings.*key.setting);
+  // The one switch that is also written as a word.
+  if (equalsNoCase(read.text("TableRefMark"), "true")) settings.tableRefMark = true;
+  for (const NumberKey& key : kNumbers) settings.*key.setting = read.number(key.key, settings.*key.setting);
+  for (const ColourKey& key : kColours) {
+    settings.*key.colour = read.colour(colourKey(key), settings.*key.colour);
+    settings.*key.index = read.whole(colourIndexKey(key), settings.*key.index);
+  }
+  for (std::size_t i = 0; i < settings.spreadCopy.size(); ++i)
+    settings.spreadCopy[i] = read.flag(spreadCopyKey(i), true);
   for (std::size_t i = 0; i < settings.putMemberInfo.size(); ++i)
-    settings.putMemberInfo[i] = read.flag(std::string("PutMemberInfo").append(kMember[i]), true);
-  settings.indexIsReservMoji = read.flag("IndexIsReservMoji", false);
-  settings.indexAddRyakuMoji = read.flag("IndexAddRyakuMoji", false);
+    settings.putMemberInfo[i] = read.flag(memberKey(i), true);
+  settings.displayTema = read.whole("DisplayTema", settings.displayTema);
 }
 
 /// The keys that reappear when they are missing.
@@ -108,13 +133,33 @@ void putFormSetting(IniFile& ini, std::string_view form, std::string_view key, s
   ini.put(formSection(form), key, value);
 }
 
+std::span<const SwitchKey> optionSwitches() { return kSwitches; }
+std::span<const ColourKey> optionColours() { return kColours; }
+std::span<const std::string_view> memberColumns() { return kMemberColumns; }
+
 AppSettings readAppSettings(IniFile& ini) {
   const Reader read{ini};
   AppSettings settings;
-  readScreens(read, settings);
-  readOutput(read, settings);
+  readLogIn(read, settings);
+  readOptions(read, settings);
   if (const auto values = writtenBack(read); !values.empty()) ini.putAll(kAppSection, values);
   return settings;
+}
+
+void putOptions(IniFile& ini, const AppSettings& settings) {
+  std::vector<std::pair<std::string, std::string>> values;
+  const auto put = [&](std::string key, std::string value) { values.emplace_back(std::move(key), std::move(value)); };
+  const auto putSwitch = [&](std::string key, bool on) { put(std::move(key), on ? "1" : "0"); };
+  for (const SwitchKey& key : kSwitches) putSwitch(std::string(key.key), settings.*key.setting);
+  for (const NumberKey& key : kNumbers) put(std::string(key.key), plainNumber(settings.*key.setting));
+  for (const ColourKey& key : kColours) {
+    put(colourKey(key), std::to_string(settings.*key.colour));
+    put(colourIndexKey(key), std::to_string(settings.*key.index));
+  }
+  for (std::size_t i = 0; i < settings.spreadCopy.size(); ++i) putSwitch(spreadCopyKey(i), settings.spreadCopy[i]);
+  for (std::size_t i = 0; i < settings.putMemberInfo.size(); ++i) putSwitch(memberKey(i), settings.putMemberInfo[i]);
+  put("DisplayTema", std::to_string(settings.displayTema));
+  ini.putAll(kAppSection, values);
 }
 
 }  // namespace quillmarden

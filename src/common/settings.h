@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -14,7 +15,7 @@ namespace quillmarden {
 /// One key of "APP_SETTING", "" when absent.
 std::string gGetAppSetting(const IniFile& ini, std::string_view key);
 void putAppSetting(IniFile& ini, std::string_view key, std::string_view value);
-/// One key of a form's own section `<form>_App_Setting`.
+/// One key of a form's own section `<form>_App_Setting`, or of "AppSetting" for no form.
 std::string gGetFormSetting(const IniFile& ini, std::string_view form, std::string_view key);
 void putFormSetting(IniFile& ini, std::string_view form, std::string_view key, std::string_view value);
 
@@ -69,7 +70,27 @@ struct AppSettings {
   bool indexAddRyakuMoji = false;
 };
 
+/// A key that holds a switch.
+struct SwitchKey {
+  std::string_view key;
+  bool AppSettings::*setting;
+};
+/// The switches of the options screen; those of grid columns and of member columns are numbered lists beside them.
+std::span<const SwitchKey> optionSwitches();
+/// A grid colour and its index in the workbook palette, behind the same word.
+struct ColourKey {
+  std::string_view word;
+  Colour AppSettings::*colour;
+  int AppSettings::*index;
+};
+/// The colours that the options screen lets choose: key fields, added fields, table names.
+std::span<const ColourKey> optionColours();
+/// The word behind PutMemberInfo for each member column: "Comp" and so on.
+std::span<const std::string_view> memberColumns();
+
 /// The settings of the file. What is missing, or no number where one is due, has its default.
 AppSettings readAppSettings(IniFile& ini);
+/// Writes what the options screen keeps, with one rewrite of the file. The login's own choices are not among it.
+void putOptions(IniFile& ini, const AppSettings& settings);
 
 }  // namespace quillmarden

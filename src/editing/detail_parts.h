@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "editing/frm_tb_detail.h"
+#include "repository/tell_error.h"
 
 namespace quillmarden {
 
@@ -30,10 +31,36 @@ bool hasColumn(Database& database, std::string_view table, std::string_view colu
 /// Readies the grid for the mode, kind and rights on the screen, without rows. Columns that already stand so stay.
 void prepareSpread(Session& session, frmTBDetail& screen, bool locked);
 
-/// Logs and shows an engine's fault in the words of this screen.
-void tellError(Session& session, Host& host, std::string_view routine, const EngineError& error);
-
 /// A whole number with leading zeros, at least three digits: the form of row and column numbers.
 std::string threeDigits(int number);
+
+/// The window title from the names and the reference file.
+void putCaption(frmTBDetail& screen);
+
+/// Whether rows can be changed: a table is on show and neither rights nor a run lock it.
+bool editable(const frmTBDetail& screen);
+
+// --- cells that follow others
+
+/// The domain owns type, digits, length and class of a row that is linked to one; and gives them back.
+void lockDomainCells(Spread& grid, int row);
+void releaseDomainCells(Spread& grid, int row);
+/// Takes link, type, digits and class from the domain, and names where the row has none. False when there is no such
+/// domain. 0 ends the link.
+bool linkDomain(Session& session, frmTBDetail& screen, int row, long domainId);
+
+/// The back colour of a program row's progress.
+Colour progressColour(std::string_view progress);
+
+/// The start and end positions of a row of a text file's layout; `position` moves on to the next row.
+void putTextPositions(Spread& grid, int row, double& position);
+
+// --- beside the grid
+
+/// Position, remark and value list of the active row.
+void showActiveRow(Session& session, Host& host, frmTBDetail& screen);
+
+/// The key under which a column's width is kept in the form's settings.
+std::string widthKey(DetailMode mode, int col);
 
 }  // namespace quillmarden

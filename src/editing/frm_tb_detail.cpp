@@ -46,11 +46,6 @@ std::string selectColumns(Database& database, std::string_view table, std::strin
   return list.append(" ");
 }
 
-void tellError(Session& session, Host& host, std::string_view routine, const EngineError& error) {
-  session.log.putError(host, routine, error.number(), error.what());
-  gMsgBox(host, joinLines({"エラーです.", std::string("  ") + error.what()}), kOkOnly, "こまった");
-}
-
 void gClearForm(frmTBDetail& screen) {
   const bool batch = screen.batch;
   screen = frmTBDetail{};

@@ -5,7 +5,9 @@
 #include <string_view>
 #include <vector>
 
+#include "editing/grid_undo.h"
 #include "repository/session.h"
+#include "screen/cell_block.h"
 #include "screen/controls.h"
 #include "screen/host.h"
 #include "screen/spread.h"
@@ -111,7 +113,8 @@ struct frmTBDetail {
   quillmarden::Spread Spread;
   int activeRow = 1;
   int activeCol = 1;
-  int loadedRows = 0;  ///< the last row that came from the Repository
+  std::vector<CellBlock> selection;  ///< the selected blocks; the view keeps it up to date
+  GridUndo undo;                     ///< the editing since the load
   // --- mode flags, set by the load
   DetailMode mode = DetailMode::Table;
   bool readOnly = false;

@@ -94,26 +94,45 @@ double defaultWidth(int number, const SpreadColumn& column) {
   }
 }
 
-void setWidths(const Session& session, Columns& columns, std::string_view modeWord, bool keepWidths) {
+/// The word of a mode in the settings; the grid's own name for those that share the plain columns.
+std::string_view modeWord(DetailMode mode) {
+  switch (mode) {
+    case DetailMode::Member:
+      return "メンバ";
+    case DetailMode::Prj:
+      return "PGCont";
+    case DetailMode::FixedValue:
+      return "固定値";
+    case DetailMode::Table:
+    case DetailMode::Text:
+      break;
+  }
+  return "Spread";
+}
+
+void setWidths(const Session& session, Columns& columns, DetailMode mode, bool keepWidths) {
   for (int number = 1; number <= col::kCount; ++number) {
     SpreadColumn& column = columns[static_cast<std::size_t>(number - 1)];
     column.width = defaultWidth(number, column);
     if (!keepWidths || !session.ini) continue;
-    const std::string key = "frmTBDetail" + std::string(modeWord) + "_" + std::to_string(number);
-    const std::string stored = gGetFormSetting(*session.ini, "frmTBDetail", key);
+    const std::string stored = gGetFormSetting(*session.ini, "frmTBDetail", widthKey(mode, number));
     if (!isNumeric(stored)) continue;
     const double width = gVal(stored);
     column.width = width < 2 ? static_cast<double>(gLenB(column.title)) : width;
   }
 }
 
-void take(const Session& session, frmTBDetail& screen, Columns columns, std::string_view modeWord, bool keepWidths) {
-  setWidths(session, columns, modeWord, keepWidths);
+void take(const Session& session, frmTBDetail& screen, Columns columns, DetailMode mode, bool keepWidths) {
+  setWidths(session, columns, mode, keepWidths);
   screen.Spread.setColumns(std::move(columns));
   screen.columnsFor.clear();
 }
 
 }  // namespace
+
+std::string widthKey(DetailMode mode, int col) {
+  return "frmTBDetail" + std::string(modeWord(mode)) + "_" + std::to_string(col);
+}
 
 void pSet_Spread4Table(Session& session, frmTBDetail& screen, bool keepWidths) {
   const bool text = screen.mode == DetailMode::Text;
@@ -153,7 +172,7 @@ void pSet_Spread4Table(Session& session, frmTBDetail& screen, bool keepWidths) {
   show(columns, col::kOrder, "表示順", CellKind::Static);
   showAudit(columns);
   for (int number = col::kChanged; number <= col::kAuthor; ++number) hide(columns, number);
-  take(session, screen, std::move(columns), "Spread", keepWidths);
+  take(session, screen, std::move(columns), DetailMode::Table, keepWidths);
 }
 
 void pSet_Spread4Member(Session& session, frmTBDetail& screen, bool keepWidths) {
@@ -163,7 +182,7 @@ void pSet_Spread4Member(Session& session, frmTBDetail& screen, bool keepWidths) 
            withCatalogue({"Mail", "役割", "参加日", "終了日", "メモ", ""}, session, screen.lblFileType.caption));
   show(columns, col::kRemark, "備考", CellKind::Edit);
   showAudit(columns);
-  take(session, screen, std::move(columns), "メンバ", keepWidths);
+  take(session, screen, std::move(columns), DetailMode::Member, keepWidths);
 }
 
 void pSet_Spread4Fixed(Session& session, frmTBDetail& screen, bool keepWidths) {
@@ -173,7 +192,7 @@ void pSet_Spread4Fixed(Session& session, frmTBDetail& screen, bool keepWidths) {
   showList(columns, col::kType, "型", withCatalogue({"数値", "文字", "Yes/No"}, session, screen.lblFileType.caption));
   show(columns, col::kRemark, "備考", CellKind::Edit, 255);
   showAudit(columns);
-  take(session, screen, std::move(columns), "固定値", keepWidths);
+  take(session, screen, std::move(columns), DetailMode::FixedValue, keepWidths);
 }
 
 void pSet_Spread4Prj(Session& session, frmTBDetail& screen, bool keepWidths) {
@@ -198,7 +217,7 @@ void pSet_Spread4Prj(Session& session, frmTBDetail& screen, bool keepWidths) {
   show(columns, col::kDbCheck, "参照仕様書ファイル", CellKind::Edit, 100);
   show(columns, col::kOrder, "表示順", CellKind::Static);
   showAudit(columns);
-  take(session, screen, std::move(columns), "PGCont", keepWidths);
+  take(session, screen, std::move(columns), DetailMode::Prj, keepWidths);
 }
 
 void prepareSpread(Session& session, frmTBDetail& screen, bool locked) {

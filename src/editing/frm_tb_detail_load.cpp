@@ -5,7 +5,6 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
-#include "dictionary/division.h"
 #include "editing/detail_parts.h"
 #include "relations/index.h"
 #include "screen/date_time.h"
@@ -125,14 +124,6 @@ void clearForLoad(Session& session, frmTBDetail& screen, std::string_view tableI
   screen.TxtMemo.text.clear();
 }
 
-void putCaption(frmTBDetail& screen) {
-  const std::string& japanese = screen.txtTableNameJPN.text;
-  const std::string& physical = screen.txtTableNameENG.text;
-  screen.caption = japanese.empty() ? physical : japanese + " : " + physical;
-  const std::string& file = screen.txtRefFileNameRead.text;
-  if (!file.empty()) screen.caption += " [ " + file + " ] ";
-}
-
 /// Adds what the current System says to the table's own rights, and sets the commands. A run over many tables
 /// looks at them only.
 bool decideRights(const Session& session, frmTBDetail& screen) {
@@ -206,26 +197,6 @@ void fillCreated(Fill& fill, const Recordset& row, int gridRow) {
   const bool added = created && *created > fill.checkPoint;
   if (added) ++fill.added;
   grid.setBackColour(col::kJapaneseName, gridRow, added ? fill.addedColour : kWhite);
-}
-
-/// The domain owns these cells of a row that is linked to one.
-void lockDomainCells(Spread& grid, int gridRow) {
-  for (int column : {col::kType, col::kWholeDigits, col::kFractionDigits, col::kLength, col::kClass}) {
-    grid.setKind(column, gridRow, CellKind::Static);
-    grid.setBackColour(column, gridRow, kButtonFace);
-  }
-}
-
-Colour progressColour(std::string_view progress) {
-  const auto rgb = [](Colour red, Colour green, Colour blue) { return blue << 16 | green << 8 | red; };
-  if (progress == "△作成中") return rgb(230, 220, 255);
-  if (progress == "○完了") return rgb(255, 230, 200);
-  if (progress == "■中止" || progress == "■対象外") return rgb(230, 230, 230);
-  if (progress == "△修正中") return rgb(220, 255, 220);
-  if (progress == "△機能拡張中") return rgb(210, 240, 255);
-  if (progress == "△バグ調査中") return rgb(255, 255, 200);
-  if (progress == "△バグ対応中") return rgb(255, 210, 210);
-  return kWhite;
 }
 
 void fillRow(Fill& fill, const Recordset& row, int gridRow) {
@@ -310,39 +281,21 @@ void loadFields(Session& session, Host& host, frmTBDetail& screen, bool locked) 
     lastRow = targetRow(rows.integer(kOrder), lastRow);
     fillRow(fill, rows, lastRow);
   }
-  screen.loadedRows = lastRow;
   screen.lblAddNum.caption = std::to_string(fill.added);
   screen.lblAddNum.foreColour = fill.added > 0 ? kRed : kBlack;
 }
 
-/// The lists beside the grid. They are an aid: when one cannot be read, the table is still on show.
-void fillHelperLists(Session& session, Host& host, frmTBDetail& screen, const std::string& valueList) {
-  try {
-    if (!valueList.empty())
-      for (std::string& entry : pGetDivisionDetails2Text(*session.gDB, screen.lblSystemName.caption, valueList))
-        screen.lstAtai.add(std::move(entry));
-  } catch (const EngineError& error) {
-    session.log.putError(host, "pGetDivisionDetails2Text", error.number(), error.what());
-  }
-  for (std::string& name : indexNames(*session.gDB, screen.lblID.caption)) screen.lstIndex.add(std::move(name));
-  screen.lblIndex.visible = screen.lstIndex.count() > 0;
-}
-
 /// What a person who looks at the grid sees around it.
 void showHelpers(Session& session, Host& host, frmTBDetail& screen) {
-  const Spread& grid = screen.Spread;
-  screen.lblBiko.caption = "備考 [ " + std::string(grid.text(col::kJapaneseName, 1)) + " ]";
-  screen.lblColRow.caption = threeDigits(1) + " : " + threeDigits(1);
-  screen.Txtbiko.text = grid.text(col::kRemark, 1);
-  const bool hasValueLists = screen.mode == DetailMode::Table || screen.mode == DetailMode::Text;
-  fillHelperLists(session, host, screen, hasValueLists ? std::string(trim(grid.text(col::kValueList, 1))) : "");
+  showActiveRow(session, host, screen);
+  for (std::string& name : indexNames(*session.gDB, screen.lblID.caption)) screen.lstIndex.add(std::move(name));
+  screen.lblIndex.visible = screen.lstIndex.count() > 0;
 }
 
 /// True on failure; the grid is then empty and cannot be saved.
 bool load(Session& session, Host& host, frmTBDetail& screen, std::string_view tableId) {
   clearForLoad(session, screen, tableId);
   screen.activeRow = screen.activeCol = 1;
-  screen.loadedRows = 0;
   screen.Spread.setMaxRows(0);
   screen.CmdUpDate.enabled = false;
   if (pGet_TableID2TableInfo(session, host, screen, screen.lblID.caption)) return true;
@@ -361,6 +314,14 @@ bool load(Session& session, Host& host, frmTBDetail& screen, std::string_view ta
 
 }  // namespace
 
+void putCaption(frmTBDetail& screen) {
+  const std::string& japanese = screen.txtTableNameJPN.text;
+  const std::string& physical = screen.txtTableNameENG.text;
+  screen.caption = japanese.empty() ? physical : japanese + " : " + physical;
+  const std::string& file = screen.txtRefFileNameRead.text;
+  if (!file.empty()) screen.caption += " [ " + file + " ] ";
+}
+
 bool pGet_TableID2TableDetails(Session& session, Host& host, frmTBDetail& screen, std::string_view tableId) {
   if (!screen.batch) pPutWaitMsg(host, screen, true, "検索中です....");
   bool failed = true;
@@ -374,6 +335,7 @@ bool pGet_TableID2TableDetails(Session& session, Host& host, frmTBDetail& screen
     tellError(session, host, "pGet_TableID2TableDetails", error);
   }
   screen.changed = false;
+  screen.undo.clear();
   screen.loading = false;
   if (!screen.batch) pPutWaitMsg(host, screen, false, "");
   return failed;

@@ -137,14 +137,6 @@ bool keyOf(const Saving& saving, const KeptRow& kept) {
   return cell == kCheckMark || !isNumeric(cell) || gVal(cell) != 0;
 }
 
-/// The start and end positions of a row of a text file's layout, shown in the grid as they are stored.
-void putTextPositions(Spread& grid, int row, double& position) {
-  const double width = gStr2Double(grid.text(col::kWholeDigits, row));
-  grid.setText(col::kLength, row, plainNumber(position));
-  grid.setText(col::kNull, row, plainNumber(position + width - 1));
-  position += width;
-}
-
 /// A reference within the table follows its field to the new number, or goes with it.
 void followOwnReference(const Saving& saving, int row) {
   Spread& grid = saving.screen.Spread;
@@ -268,6 +260,7 @@ void takeNewNumbers(Saving& saving) {
     saving.screen.PicReverse.visible = false;
     saving.screen.pmarkAtLoad = saving.screen.PicPmark.visible;
   }
+  saving.screen.undo.clear();  // its steps know the former numbers
 }
 
 bool save(Session& session, Host& host, frmTBDetail& screen, bool prj, std::string_view routine) {

@@ -10,6 +10,7 @@
 #include "common/settings.h"
 #include "common/text.h"
 #include "editing/detail_parts.h"
+#include "editing/table_classes.h"
 #include "relations/tableref.h"
 
 namespace quillmarden {
@@ -109,27 +110,12 @@ void noteSearchText(Session& session, frmTBList& screen) {
   writeListFile(toPath(file), screen.CmbWhereMoji.entries);
 }
 
-/// A filter box with a blank row and the values of a query's first column.
-void fillFilter(Database& database, const std::string& sql, ComboBox& box) {
-  box.text.clear();
-  box.entries.assign(1, "");
-  for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext()) {
-    if (const std::string_view value = trim(rows.text(0)); !value.empty()) box.entries.emplace_back(value);
-  }
-}
-
 void fillFilters(Session& session, frmTBList& screen, const std::string& system) {
-  fillFilter(*session.gDB,
-             " SELECT MAS_TABLEINFO.格納先 From MAS_TABLEINFO Where MAS_TABLEINFO.システム名 ='" + system +
-                 "'  GROUP BY MAS_TABLEINFO.格納先;",
-             screen.CmbHost);
-  const auto dataClasses = [&](const std::string& column) {
-    return "SELECT " + column + " AS databun FROM MAS_TABLEINFO WHERE システム名 = '" + system +
-           "' AND 削除フラグ = 0 AND NOT " + column + " IS NULL ";
-  };
-  fillFilter(*session.gDB, dataClasses("データ分類") + " UNION " + dataClasses("データ分類2"), screen.CmbDataBunrui);
-  screen.CmbDataBunrui2.text.clear();
-  screen.CmbDataBunrui2.entries = screen.CmbDataBunrui.entries;
+  for (ComboBox* box : {&screen.CmbHost, &screen.CmbDataBunrui, &screen.CmbDataBunrui2}) box->text.clear();
+  screen.CmbHost.entries =
+      blankAndValues(*session.gDB, " SELECT MAS_TABLEINFO.格納先 From MAS_TABLEINFO Where MAS_TABLEINFO.システム名 ='" +
+                                       system + "'  GROUP BY MAS_TABLEINFO.格納先;");
+  screen.CmbDataBunrui.entries = screen.CmbDataBunrui2.entries = dataClassesInUse(*session.gDB, system);
 }
 
 void applyRights(const Session& session, frmTBList& screen, const std::string& system, bool known) {
@@ -197,17 +183,22 @@ std::string_view tableListId(std::string_view row) {
 std::string_view tableListName(std::string_view row) { return trim(row.substr(0, row.find('\t'))); }
 
 void frmTBList_Load(Session& session, Host&, frmTBList& screen) {
+  screen.caption = "テーブルリスト";
+  screen.lblDbServer.caption = session.gDbServerLabel;
   screen.CmbTitle.entries = {std::string(kJapaneseTitle), std::string(kTableTitle)};
   screen.CmbTitle.text = kJapaneseTitle;
   screen.CmbWhere.entries = {std::string(kStartsWith), std::string(kContains)};
   screen.CmbWhere.text = kStartsWith;
-  screen.CmbBunrui.entries = {"",     "マスタ",          "管理データ", "集計データ", "トランザクション",
-                              "履歴", "GlobalTemporary", "その他",     "VIEW",       "区分"};
+  screen.CmbBunrui.entries = tableClasses();
   screen.OptAll.value = true;
   screen.OptTb.value = screen.OptReverse.value = false;
   screen.mnuCreateSQLBack.checked = session.settings.createSql2BackUpTable;
   screen.mnuCreateSQLRunnable.checked = session.settings.createSql2Runnable;
   readSearchTexts(session, screen);
+  fillSystems(session, screen);
+}
+
+void fillSystems(Session& session, frmTBList& screen) {
   screen.CmbSystem.entries = {std::string(kNewSystem), std::string(kAllSystems)};
   for (std::string& name : gGetSystemList(session)) screen.CmbSystem.entries.push_back(std::move(name));
 }
@@ -275,16 +266,16 @@ void CmdClearWherMoji_Click(Session& session, Host& host, frmTBList& screen) {
   pGetTableList(session, host, screen);
 }
 
+bool keepsEditing(Host& host, const frmTBDetail& detail) {
+  if (!detail.changed) return false;
+  const std::string& japanese = detail.txtTableNameJPN.text;
+  return gAskKeepEditing(host, japanese.empty() ? detail.txtTableNameENG.text : japanese);
+}
+
 bool pReadTbDetailsData(Session& session, Host& host, frmTBList& screen, frmTBDetail& detail) {
   const std::string_view id = tableListId(screen.LstTable.text());
   if (id.empty()) return true;
-  if (detail.changed && !screen.running) {
-    const std::string& japanese = detail.txtTableNameJPN.text;
-    const std::string name = "    " + (japanese.empty() ? detail.txtTableNameENG.text : japanese);
-    if (gMsgBox(host, joinLines({"内容が変更されています.", name, "の編集を続けますか?"}), kYesNo | kQuestionIcon,
-                "確認") == kYes)
-      return true;
-  }
+  if (!screen.running && keepsEditing(host, detail)) return true;
   return pGet_TableID2TableDetails(session, host, detail, id);
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "editing/frm_tb_detail.h"
@@ -14,6 +16,8 @@ namespace quillmarden {
 
 /// The table list, the program's main window.
 struct frmTBList {
+  std::string caption;
+  Label lblDbServer;  ///< where the Repository lies
   ComboBox CmbSystem;
   ComboBox CmbHost;
   ComboBox CmbBunrui;
@@ -34,7 +38,11 @@ struct frmTBList {
   ListBox LstTable;     ///< "padded first name<TAB>second name<TAB>ID"
   ListBox LstTableSel;  ///< rows chosen for selective output
   ListBox lstTableWK;
-  ListBox lstForm;
+  ListBox lstForm;  ///< open screens: "caption<TAB>name"
+  bool lstFormVisible = false;
+  bool narrow = true;     ///< without LstTableSel
+  int dividerAt = 0;      ///< width of LstTable beside LstTableSel, in the view's units; 0: the view's own
+  std::string popupKind;  ///< ファイル種別 of the row that the popup was opened on
   Button CmdSystem;
   MenuItem mnuAdd;
   MenuItem mnuUpDate;
@@ -67,6 +75,8 @@ std::string_view tableListName(std::string_view row);
 
 /// The screen as it opens: fixed lists, switches, the Systems.
 void frmTBList_Load(Session& session, Host& host, frmTBList& screen);
+/// The entries of CmbSystem; its text stays.
+void fillSystems(Session& session, frmTBList& screen);
 /// Makes a System current: record, connection, filter lists, rights; then the list.
 void CmbSystem_Click(Session& session, Host& host, Windows& windows, frmTBList& screen);
 /// Rebuilds LstTable; `selectId` is the row to select, "" for the one that was selected. True on failure, after its
@@ -84,6 +94,11 @@ void mnuCheckPoint_Click(Session& session, Host& host, frmTBList& screen);
 /// Tests the selection and gives the ID to change, "" after a message.
 std::string mnuUpDate_Click(Host& host, frmTBList& screen);
 
+/// Opens the Repository with the program that the desktop has for it.
+void mnuOpenDB_Click(Session& session, Host& host);
+/// Asks, then opens the Access file of the current System.
+void mnuOpenDBConnect_Click(Session& session, Host& host);
+
 // --- clipboard
 void mnuCopyClipBord_Click(Host& host, const frmTBList& screen);
 void mnuCopyAllClipBord_Click(Host& host, const frmTBList& screen);
@@ -92,6 +107,44 @@ void mnuClipBordUS_Click(Host& host, const frmTBList& screen);
 /// index 0: selected rows, 1: all rows, 2: selected rows with a marker
 void mnuClipBord_Click(Host& host, const frmTBList& screen, int index);
 
+// --- the rows chosen for output, LstTableSel
+/// Adds the selected rows of LstTable that are not there yet, all of them selected; the number that it added.
+int addToSelection(frmTBList& screen);
+void mnuExcelSel_Click(frmTBList& screen);
+void mnuExcelSelCancel_Click(frmTBList& screen);
+/// index 0 selects all rows of LstTableSel, 1 none.
+void mnuSelAll_Click(frmTBList& screen, int index);
+/// Takes the selected rows out of LstTableSel.
+void removeFromSelection(frmTBList& screen);
+/// Takes the selected rows over and shows them for output. True when there are none, after its message.
+bool mnuSelectPut_Click(Host& host, frmTBList& screen);
+
+// --- what is seen of the screen
+/// Notes the kind of the current row, by which the popup is adjusted.
+void LstTable_RightClick(Session& session, Host& host, frmTBList& screen);
+/// Whether a menu entry, or a submenu, means anything for a row of this kind.
+bool appliesToKind(std::string_view menu, std::string_view fileType);
+/// A menu entry that a key on LstTable stands for.
+struct ListKey {
+  std::string_view menu;
+  int index = -1;
+};
+/// `key` is the letter in either case, `shift` as gShiftState gives it. Nothing for a key without a meaning.
+std::optional<ListKey> LstTable_KeyDown(char key, int shift);
+/// lstForm from the open screens, each a caption and a name. Those that no list shows are left out.
+void pRefrashListForm(frmTBList& screen, const std::vector<std::pair<std::string, std::string>>& openScreens);
+/// Shows or hides lstForm and keeps that.
+void CmdFormList_Click(Session& session, frmTBList& screen);
+void CmdWidth_Click(frmTBList& screen);
+void ImageMove_Drag(frmTBList& screen, int dividerAt);
+
+/// Keeps filters and layout for the next session.
+void keepListScreen(Session& session, frmTBList& screen);
+/// Brings them back, the System with its list first. A value that its box does not offer is left out.
+void restoreListScreen(Session& session, Host& host, Windows& windows, frmTBList& screen);
+
+/// Asks whether the editing of a changed detail screen goes on. False for one without changes.
+bool keepsEditing(Host& host, const frmTBDetail& detail);
 /// A click on a row: loads it into the detail screen, asking first when that has unsaved changes. True when nothing
 /// was loaded.
 bool pReadTbDetailsData(Session& session, Host& host, frmTBList& screen, frmTBDetail& detail);

@@ -55,6 +55,12 @@ bool holdsNames(const Spread& grid, int row) {
   return !trim(grid.text(col::kJapaneseName, row)).empty() || !trim(grid.text(col::kFieldName, row)).empty();
 }
 
+/// A bad cell is red; a clean one has its ground again, which for a cell that a domain owns is that of buttons.
+void paint(Spread& grid, int column, int row, bool bad) {
+  const bool owned = grid.kind(column, row) == CellKind::Static;
+  grid.setBackColour(column, row, bad ? kRed : owned ? kButtonFace : kWhite);
+}
+
 /// Paints the names of a column by whether they stand more than once. True when one does.
 bool paintDuplicates(Spread& grid, int column) {
   const std::vector<NamedRow> names = namesOf(grid, column);
@@ -131,11 +137,17 @@ bool needsNoDigits(const DigitRule& rule, std::string_view type) {
 }
 
 void checkRange(Spread& grid, int row, bool numeric, Faults& faults) {
-  const std::string_view kind = trim(grid.text(col::kRangeKind, row));
-  if (kind.empty()) return;
-  if (!numeric) faults.add("数字以外では範囲の設定はできません.");
-  if (trim(grid.text(col::kRangeStart, row)).empty()) faults.add("範囲開始が未設定です.");
-  if (kind == "範囲" && trim(grid.text(col::kRangeEnd, row)).empty()) faults.add("範囲終了が未設定です.");
+  const auto empty = [&](int column) { return trim(grid.text(column, row)).empty(); };
+  const bool ranged = !empty(col::kRangeKind);
+  const bool noNumber = ranged && !numeric;
+  const bool noStart = ranged && empty(col::kRangeStart);
+  const bool noEnd = ranged && trim(grid.text(col::kRangeKind, row)) == "範囲" && empty(col::kRangeEnd);
+  if (noNumber) faults.add("数字以外では範囲の設定はできません.");
+  if (noStart) faults.add("範囲開始が未設定です.");
+  if (noEnd) faults.add("範囲終了が未設定です.");
+  paint(grid, col::kRangeKind, row, noNumber);
+  paint(grid, col::kRangeStart, row, noStart);
+  paint(grid, col::kRangeEnd, row, noEnd);
 }
 
 /// The checks of one changed row that holds a name.
@@ -143,7 +155,7 @@ void checkRow(Session& session, frmTBDetail& screen, int row, SqlServerCheck& sq
   Spread& grid = screen.Spread;
   const std::string_view type = trim(grid.text(col::kType, row));
   if (type.empty()) faults.add(kNoType);
-  grid.setBackColour(col::kType, row, type.empty() ? kRed : kWhite);
+  paint(grid, col::kType, row, type.empty());
   sqlServer.row(grid, row, faults);
 
   const DigitRule rule = gFileType_NoDigits(*session.gDB, session.catalogue, trim(screen.lblFileType.caption), type);
@@ -151,11 +163,14 @@ void checkRow(Session& session, frmTBDetail& screen, int row, SqlServerCheck& sq
   if (screen.mode != DetailMode::FixedValue && !needsNoDigits(rule, type)) {
     const bool missing = gStr2Double(grid.text(col::kWholeDigits, row)) == 0;
     if (missing) faults.add("整数桁数が未設定です.");
-    grid.setBackColour(col::kWholeDigits, row, missing ? kRed : kWhite);
+    paint(grid, col::kWholeDigits, row, missing);
   }
   // In a text file's layout the column holds the end position.
-  if (screen.mode != DetailMode::Text && isKey(grid.text(col::kKey, row)) && grid.text(col::kNull, row) != "NOT NULL")
-    faults.add("主キーの項目は必ずNOT NULLです.");
+  if (screen.mode != DetailMode::Text) {
+    const bool nullable = isKey(grid.text(col::kKey, row)) && grid.text(col::kNull, row) != "NOT NULL";
+    if (nullable) faults.add("主キーの項目は必ずNOT NULLです.");
+    paint(grid, col::kNull, row, nullable);
+  }
   checkRange(grid, row, rule.numeric, faults);
 }
 

@@ -8,6 +8,7 @@
 #include "common/message.h"
 #include "common/numbers.h"
 #include "common/text.h"
+#include "repository/frm_system_inf.h"
 
 namespace quillmarden {
 
@@ -202,6 +203,12 @@ bool gCalcOracleInitial(Session& session, Host& host, std::string_view system) {
 bool recalculateSystem(Session& session, Host& host, std::string_view system) {
   return gSetOracleFieldLength(session, host, system) || gSetFieldLength(session, host, system) ||
          gCalcCapacity(session, host, system) || gCalcOracleInitial(session, host, system);
+}
+
+void CmdCalc_Click(Session& session, Host& host, frmSystemInf& screen) {
+  if (!screen.CmdCalc.enabled) return;
+  if (gMsgBox(host, "各テーブルのレコード長を再計算します.", kYesNo | kQuestionIcon, "処理確認") != kYes) return;
+  if (!recalculateSystem(session, host, screen.record.name)) gMsgBox(host, "終了しました.");
 }
 
 bool recalculateTable(Session& session, Host& host, std::string_view system, std::string_view id,

@@ -9,6 +9,8 @@
 
 namespace quillmarden {
 
+struct frmSystemInf;
+
 // Record length and capacity. Each routine returns true on failure, after its message.
 
 /// Lengths of Oracle fields by their digits; of one table when an id is given.
@@ -22,6 +24,8 @@ bool gCalcOracleInitial(Session& session, Host& host, std::string_view system);
 
 /// What the button that recomputes a whole System runs: all four, in order.
 bool recalculateSystem(Session& session, Host& host, std::string_view system);
+/// The button of the System screen: asks, then recalculates the System.
+void CmdCalc_Click(Session& session, Host& host, frmSystemInf& screen);
 /// What follows the save of one table.
 bool recalculateTable(Session& session, Host& host, std::string_view system, std::string_view id,
                       std::string_view kind);

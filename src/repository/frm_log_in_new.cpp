@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "common/form_settings.h"
 #include "common/list_file.h"
 #include "common/message.h"
 #include "common/paths.h"
@@ -25,14 +26,6 @@ void sortRows(ListBox& list) {
   for (std::string& row : rows) list.add(std::move(row));
 }
 
-void selectRow(ListBox& list, std::string_view text) {
-  const auto found = std::find(list.rows.begin(), list.rows.end(), text);
-  if (found == list.rows.end()) return;
-  list.listIndex = static_cast<int>(found - list.rows.begin());
-  for (std::size_t row = 0; row < list.selected.size(); ++row)
-    list.selected[row] = static_cast<int>(row) == list.listIndex;
-}
-
 bool contains(const ListBox& list, std::string_view text) {
   return std::find(list.rows.begin(), list.rows.end(), text) != list.rows.end();
 }
@@ -56,15 +49,12 @@ void putIfChanged(IniFile& ini, std::string_view key, std::string_view value) {
   if (gGetAppSetting(ini, key) != value) putAppSetting(ini, key, value);
 }
 
-void putControl(IniFile& ini, std::string_view control, std::string_view text) {
-  if (gGetFormSetting(ini, kForm, control) != text) putFormSetting(ini, kForm, control, text);
-}
-
 std::string_view flagText(const CheckBox& box) { return box.value ? "1" : "0"; }
 
 /// One more attempt that did not succeed. The screen can be used again.
-bool refuse(Host& host, frmLogInNew& screen, std::string_view message) {
+bool refuse(Host& host, frmLogInNew& screen, std::string_view message, std::string_view focus = {}) {
   gMsgBox(host, message);
+  screen.focus = focus;
   ++screen.failedAttempts;
   screen.cmdOK.enabled = screen.cmdCancel.enabled = true;
   screen.PicMsg.visible = false;
@@ -95,7 +85,19 @@ void frmLogInNew_Activate(Session& session, Host& host, frmLogInNew& screen) {
   host.dialogs.yield();
   refillDatabases(session, host, screen);
   screen.PicMsg.visible = false;
-  selectRow(screen.LstDb, gGetFormSetting(*session.ini, kForm, "LstDb"));
+  gControlSetting(*session.ini, kForm, "LstDb", &screen.LstDb);
+}
+
+void chooseRepository(Session& session, Host& host, frmLogInNew& screen, std::string_view file, std::string_view user) {
+  if (!trim(user).empty()) screen.txtUserName.text = trim(user);
+  if (trim(file).empty()) return;
+  const fs::path path = toPath(trim(file));
+  const std::string name = toLower(path.filename().string());
+  gAddList(screen.LstFolder, path.parent_path().string(), true);
+  screen.ChkDataBase.value = true;
+  if (!name.ends_with(".mdb")) screen.chkAllFile.value = true;
+  ChkDataBase_Click(session, host, screen);
+  if (contains(screen.LstDb, name)) gAddList(screen.LstDb, name, true);
 }
 
 void gListDataBaseFiles(Session& /*session*/, Host& host, bool useFolder, std::string_view folder, ListBox& list,
@@ -129,7 +131,9 @@ void gListDataBaseFiles(Session& /*session*/, Host& host, bool useFolder, std::s
     before = name;
     if (!skip) list.add(std::move(name));
   }
-  if (list.count() > 0) selectRow(list, list.rows.front());
+  if (list.count() == 0) return;
+  list.listIndex = 0;
+  list.selected.front() = true;
 }
 
 void gFolderList2File(Session& session, ListBox& list, bool write) {
@@ -150,6 +154,11 @@ void ChkDataBase_Click(Session& session, Host& host, frmLogInNew& screen) {
 void chkAllFile_Click(Session& session, Host& host, frmLogInNew& screen) { refillDatabases(session, host, screen); }
 
 void LstFolder_Click(Session& session, Host& host, frmLogInNew& screen) { refillDatabases(session, host, screen); }
+
+void CmdRef_Click(Session& session, Host& host, frmLogInNew& screen) {
+  std::string chosen;
+  if (gBrowseFolder(host, chosen)) addFolder(session, host, screen, chosen);
+}
 
 void CmdRef_Click(Session& session, Host& host, frmLogInNew& screen, std::string_view chosenFolder) {
   addFolder(session, host, screen, chosenFolder);
@@ -211,10 +220,10 @@ bool cmdOK_Click(Session& session, Host& host, frmLogInNew& screen) {
     return false;
   }
   const std::string file(trim(screen.LstDb.text()));
-  if (file.empty()) return refuse(host, screen, "接続先ファイルが未設定です.");
+  if (file.empty()) return refuse(host, screen, "接続先ファイルが未設定です.", "LstDb");
   screen.cmdOK.enabled = screen.cmdCancel.enabled = false;
   const std::string user(trim(screen.txtUserName.text));
-  if (user.empty()) return refuse(host, screen, "ユーザー名が未入力です.");
+  if (user.empty()) return refuse(host, screen, "ユーザー名が未入力です.", "txtUserName");
 
   screen.lblMsg.caption = "Accessを開いています...";
   screen.PicMsg.visible = true;
@@ -239,9 +248,9 @@ void saveLogInChoices(Session& session, frmLogInNew& screen) {
   putIfChanged(ini, "ReferenceDataBase", flagText(screen.ChkDataBase));
   putIfChanged(ini, "AllFileSearch", flagText(screen.chkAllFile));
   putIfChanged(ini, "LoninUserName", session.gLoginUser);
-  putControl(ini, "LstFolder", folder);
-  putControl(ini, "LstDb", screen.LstDb.text());
-  putControl(ini, "txtUserName", screen.txtUserName.text);
+  putControlSetting(ini, kForm, "LstFolder", &screen.LstFolder);
+  putControlSetting(ini, kForm, "LstDb", &screen.LstDb);
+  putControlSetting(ini, kForm, "txtUserName", &screen.txtUserName);
   session.settings.dataBaseFolder = folder;
   session.settings.referenceDataBase = screen.ChkDataBase.value;
   session.settings.allFileSearch = screen.chkAllFile.value;

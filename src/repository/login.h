@@ -19,10 +19,12 @@ struct frmLogInNew {
   CheckBox ChkDataBase;
   CheckBox chkAllFile;
   Button CmdRef;
+  Button CmdReplica;
   Button cmdOK;
   Button cmdCancel;
   Picture PicMsg;
   Label lblMsg;
+  std::string_view focus;  ///< the control that the last message was about; the view goes there and clears it
   int failedAttempts = 0;
   bool unloaded = false;  ///< the screen is done: logged in, cancelled, or too many attempts
 };
@@ -31,6 +33,10 @@ struct frmLogInNew {
 void frmLogInNew_Load(Session& session, Host& host, frmLogInNew& screen);
 /// First activation: fills LstDb and restores its selection.
 void frmLogInNew_Activate(Session& session, Host& host, frmLogInNew& screen);
+
+/// Puts a Repository and a user that the program was started with on the screen; an empty text leaves what is there.
+/// Nothing of it is kept before the login.
+void chooseRepository(Session& session, Host& host, frmLogInNew& screen, std::string_view file, std::string_view user);
 
 /// The Repository files of the chosen folder, in lower case, at most 101 directory entries looked at.
 void gListDataBaseFiles(Session& session, Host& host, bool useFolder, std::string_view folder, ListBox& list,
@@ -41,7 +47,9 @@ void gFolderList2File(Session& session, ListBox& list, bool write);
 void ChkDataBase_Click(Session& session, Host& host, frmLogInNew& screen);
 void chkAllFile_Click(Session& session, Host& host, frmLogInNew& screen);
 void LstFolder_Click(Session& session, Host& host, frmLogInNew& screen);
-/// A folder that the browse dialog gave; "" when it was cancelled.
+/// Asks for a folder and adds it.
+void CmdRef_Click(Session& session, Host& host, frmLogInNew& screen);
+/// Adds a folder that was chosen; "" for none.
 void CmdRef_Click(Session& session, Host& host, frmLogInNew& screen, std::string_view chosenFolder);
 void LstFolder_Drop(Session& session, Host& host, frmLogInNew& screen, const std::vector<std::string>& paths);
 void objMenuDel1_Click(Session& session, Host& host, frmLogInNew& screen);

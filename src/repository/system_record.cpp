@@ -2,6 +2,7 @@
 
 #include "common/message.h"
 #include "common/names.h"
+#include "common/numbers.h"
 #include "common/paths.h"
 #include "common/text.h"
 #include "repository/session.h"
@@ -47,6 +48,7 @@ void readRecord(const Recordset& row, SystemRecord& record) {
   record.owner = text("作成者");
   record.editAllowed = flag("修正許可");
   record.userLimit = static_cast<int>(number("ユーザー制限"));
+  record.hidden = flag("出力しない");
   record.connectDb = text("ConnectDatabsse");
   record.odbcSource = text("ODBCSouce");
   record.dbUser = text("Username");
@@ -92,6 +94,11 @@ constexpr std::string_view kTablesOfSystems[] = {"DAT_DOMAINCHANGE",
                                                  "ORA_USER_TABLESPACES"};
 
 }  // namespace
+
+bool definesDatabase(const SystemRecord& record) {
+  const std::string_view text = trim(record.connectDb);
+  return isNumeric(text) ? gVal(text) != 0 : !text.empty() && !equalsNoCase(text, "False");
+}
 
 bool gMDB_GetSystemInfo(Session& session, Host& host, std::string_view systemName, SystemRecord& record) {
   record = {};

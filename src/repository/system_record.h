@@ -23,7 +23,8 @@ struct SystemRecord {
   std::string updatedAt;
   std::string owner;
   bool editAllowed = false;
-  int userLimit = 0;  ///< 0 all users, 1 the one who made it, 2 administrators
+  int userLimit = 0;    ///< 0 all users, 1 the one who made it, 2 administrators
+  bool hidden = false;  ///< kept out of the table list
   std::string connectDb;
   std::string odbcSource;  ///< of PostgreSQL: the schema
   std::string dbUser;
@@ -46,6 +47,9 @@ struct SystemRecord {
   std::string workFolder;      ///< this System's folder under the user's data
   std::string tempWorkFolder;  ///< this System's folder under the temporary folder, where scripts go
 };
+
+/// Whether the record names a live database: other tools note one as -1, as True or by its name.
+bool definesDatabase(const SystemRecord& record);
 
 /// Reads the row. False when there is none (also logged); the record then holds its work folders alone.
 bool gMDB_GetSystemInfo(Session& session, Host& host, std::string_view systemName, SystemRecord& record);

@@ -1,17 +1,29 @@
 #include "screen/date_time.h"
 
-#include <array>
+#include <algorithm>
+#include <charconv>
 #include <chrono>
-#include <utility>
+#include <iterator>
 
 namespace quillmarden {
 
 namespace {
 
+/// What a pattern's letters stand for, as often as `width` says.
+struct Part {
+  char letter;
+  std::size_t width;
+  int DateTime::*number;
+};
+constexpr Part kParts[] = {{'y', 4, &DateTime::year}, {'m', 2, &DateTime::month},  {'d', 2, &DateTime::day},
+                           {'h', 2, &DateTime::hour}, {'n', 2, &DateTime::minute}, {'s', 2, &DateTime::second}};
+
 void appendPadded(std::string& text, int number, std::size_t width) {
-  const std::string digits = std::to_string(number);
-  if (digits.size() < width) text.append(width - digits.size(), '0');
-  text += digits;
+  char digits[16];
+  const char* end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+  const auto size = static_cast<std::size_t>(end - digits);
+  if (size < width) text.append(width - size, '0');
+  text.append(digits, size);
 }
 
 /// Takes up to `most` digits off the front of the text; nothing when there are fewer than `least`.
@@ -61,27 +73,20 @@ bool parseTime(std::string_view text, DateTime& moment) {
 }  // namespace
 
 std::string formatDateTime(const DateTime& moment, std::string_view pattern) {
-  const std::array<std::pair<std::string_view, int>, 6> parts{{{"yyyy", moment.year},
-                                                               {"mm", moment.month},
-                                                               {"dd", moment.day},
-                                                               {"hh", moment.hour},
-                                                               {"nn", moment.minute},
-                                                               {"ss", moment.second}}};
   std::string text;
   text.reserve(pattern.size());
   while (!pattern.empty()) {
-    std::size_t taken = 0;
-    for (const auto& [name, number] : parts) {
-      if (!pattern.starts_with(name)) continue;
-      appendPadded(text, number, name.size());
-      taken = name.size();
-      break;
+    const char letter = pattern.front();
+    const auto part =
+        std::find_if(std::begin(kParts), std::end(kParts), [=](const Part& known) { return known.letter == letter; });
+    const std::size_t run = std::min(pattern.find_first_not_of(letter), pattern.size());
+    if (part != std::end(kParts) && run >= part->width) {
+      appendPadded(text, moment.*part->number, part->width);
+      pattern.remove_prefix(part->width);
+    } else {
+      text += letter;
+      pattern.remove_prefix(1);
     }
-    if (taken == 0) {
-      text += pattern.front();
-      taken = 1;
-    }
-    pattern.remove_prefix(taken);
   }
   return text;
 }

@@ -36,6 +36,8 @@ struct Dialogs {
   std::function<bool()> stopRequested;
   /// Lets the screen repaint and take input.
   std::function<void()> yield;
+  /// Asks for a folder; "" when the person gives none. An empty function: there is nobody to ask.
+  std::function<std::string(std::string_view prompt)> browseFolder = {};
 };
 
 struct Clock {
@@ -57,6 +59,8 @@ struct Opener {
   std::function<bool(const std::filesystem::path& file)> openFile;
   std::function<bool(const std::filesystem::path& folder)> openFolder;
   std::function<bool(const std::filesystem::path& program)> startProgram;
+  /// The same with a command line behind the program. An empty function: it is not to be had here.
+  std::function<bool(const std::filesystem::path& program, std::string_view arguments)> startWithArguments = {};
 };
 
 /// The seam to the outside, filled once at start: for the desktop, the console, or a test's script.

@@ -129,6 +129,45 @@ void Spread::deleteRow(int row) {
   setMaxRows(rows_ - 1);
 }
 
+std::vector<SpreadRow> Spread::rows(int first, int last) const {
+  first = std::max(first, 1);
+  last = std::min(last, rows_);
+  std::vector<SpreadRow> taken;
+  if (last < first) return taken;
+  taken.reserve(static_cast<std::size_t>(last - first + 1));
+  for (int row = first; row <= last; ++row) {
+    const auto begin = cells_.begin() + static_cast<std::ptrdiff_t>(offset(row));
+    taken.push_back({{begin, begin + maxCols()}, rowTag(row)});
+  }
+  return taken;
+}
+
+void Spread::replaceRows(int first, int last, std::vector<SpreadRow> rows) {
+  first = std::clamp(first, 1, rows_ + 1);
+  last = std::clamp(last, first - 1, rows_);
+  const int former = last - first + 1;
+  const int count = std::min(static_cast<int>(std::min<std::size_t>(rows.size(), kMaxRows)), kMaxRows - rows_ + former);
+  const auto at = [&](int row) { return cells_.begin() + static_cast<std::ptrdiff_t>(offset(row)); };
+  const auto tagAt = [&](int row) { return rowTags_.begin() + (row - 1); };
+  if (count > former) {
+    const int end = rows_ + 1;
+    setMaxRows(rows_ + count - former);
+    std::rotate(at(last + 1), at(end), at(rows_ + 1));
+    std::rotate(tagAt(last + 1), tagAt(end), rowTags_.end());
+  } else if (count < former) {
+    std::rotate(at(first + count), at(last + 1), at(rows_ + 1));
+    std::rotate(tagAt(first + count), tagAt(last + 1), rowTags_.end());
+    setMaxRows(rows_ + count - former);
+  }
+  for (int i = 0; i < count; ++i) {
+    SpreadRow& row = rows[static_cast<std::size_t>(i)];
+    row.cells.resize(columns_.size());
+    std::move(row.cells.begin(), row.cells.end(), at(first + i));
+    *tagAt(first + i) = row.tag;
+  }
+  ++revision_;
+}
+
 void Spread::lockAll(bool locked) {
   if (locked_ == locked) return;
   locked_ = locked;

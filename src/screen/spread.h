@@ -15,9 +15,9 @@ enum class CellKind { Edit, Check, List, Static, Integer, Float };
 struct SpreadColumn {
   std::string title;
   CellKind kind = CellKind::Edit;
-  int maxLength = 0;                 ///< characters of an Edit cell; 0 for no limit
-  std::vector<std::string> entries;  ///< of a List cell
-  double minimum = 0;                ///< of an Integer or Float cell
+  int maxLength = 0;                      ///< characters of an Edit cell; 0 for no limit
+  std::vector<std::string> entries = {};  ///< of a List cell
+  double minimum = 0;                     ///< of an Integer or Float cell
   double maximum = 0;
   bool hidden = false;
   double width = 0;  ///< in widths of the letter "W"
@@ -27,6 +27,14 @@ struct SpreadCell {
   std::string text;              ///< "" holds nothing; a check cell holds "-1" or "0"
   std::optional<CellKind> kind;  ///< overrides the column's
   std::optional<Colour> backColour;
+  bool operator==(const SpreadCell&) const = default;
+};
+
+/// A row taken out of a grid: all its cells and its tag.
+struct SpreadRow {
+  std::vector<SpreadCell> cells;
+  long tag = 0;
+  bool operator==(const SpreadRow&) const = default;
 };
 
 /// The grid of a screen as a plain record. Columns and rows count from 1; row 0 holds the headings, which are
@@ -62,8 +70,14 @@ class Spread {
 
   void insertRow(int row);  ///< an empty row at this place, the others move down
   void deleteRow(int row);
+  /// Copies of these rows; what lies outside the grid is left out.
+  std::vector<SpreadRow> rows(int first, int last) const;
+  /// Puts rows in the place of those from `first` to `last`, which may be none (`last` below `first`); the rows behind
+  /// move. Rows beyond kMaxRows are dropped, missing cells are blank.
+  void replaceRows(int first, int last, std::vector<SpreadRow> rows);
   /// Turns the whole grid into static cells, and back.
   void lockAll(bool locked = true);
+  bool locked() const { return locked_; }
 
   /// Grows with every change, so that a view refreshes only then.
   long revision() const { return revision_; }

@@ -68,6 +68,15 @@ std::string nullClause(const Field& field, bool hasDefault) {
   return " " + std::string(field.null) + " ";
 }
 
+std::string cellNull(const Field& field) { return field.null.empty() ? " NULL " : " " + std::string(field.null) + " "; }
+
+std::string bareDefault(const Field& field, bool numeric) {
+  if (field.defaultText.empty()) return {};
+  const bool bare = numeric || field.defaultText.find("()") != std::string_view::npos;
+  std::string clause(bare ? " DEFAULT " : " DEFAULT '");
+  return clause.append(field.defaultText).append(bare ? "" : "'");
+}
+
 std::string bracketedDefault(const Field& field, bool numeric) {
   if (field.defaultText.empty()) return {};
   const std::string text(field.defaultText);

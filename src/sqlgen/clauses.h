@@ -39,6 +39,12 @@ std::string digitsText(const Field& field);
 /// "NOT NULL" for a key and for a field with a default, unless the cell is empty; blanks around it.
 std::string nullClause(const Field& field, bool hasDefault);
 
+/// Column 8 as it stands, " NULL " for an empty cell; blanks around it.
+std::string cellNull(const Field& field);
+
+/// " DEFAULT …" for a call and a number, " DEFAULT '…'" for a text; "" without a default.
+std::string bareDefault(const Field& field, bool numeric);
+
 /// " DEFAULT (…)" for a call, " DEFAULT ((…))" for a number, " DEFAULT ('…')" for a text; "" without a default.
 std::string bracketedDefault(const Field& field, bool numeric);
 

@@ -31,6 +31,9 @@ struct Field {
   bool computed() const { return type == "計算式"; }
 };
 
+/// A row of the grid as a field; one without a name has an empty `name`.
+Field readField(const frmTBDetail& table, int row);
+
 /// The fields of the table on show, up to the first row without a field name.
 std::vector<Field> readFields(const frmTBDetail& table);
 

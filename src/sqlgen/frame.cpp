@@ -10,6 +10,7 @@
 #include "sqlgen/clauses.h"
 #include "sqlgen/generators.h"
 #include "sqlgen/runnable/script.h"
+#include "sqlgen/runnable/tool_text.h"
 #include "sqlgen/sql_history.h"
 
 namespace quillmarden {
@@ -44,6 +45,7 @@ struct Run {
   CheckListCache checkLists{};
   SqlHistory history{};
   std::vector<RunnableScript> runnable{};  ///< what a run in the runnable form has collected, one a kind
+  ScriptText waitingHead{};                ///< of such a run: the first table's kind decides what stands before it
   RunResult result{};
   long done = 0;
   long total = 0;
@@ -135,6 +137,13 @@ HeadStyle headStyleOf(const Run& run, ScriptKind kind) {
   return style;
 }
 
+/// Writes the head that has waited; without a kind when no table has come.
+void putWaitingHead(Run& run, std::optional<ScriptKind> kind, ScriptFile& file) {
+  if (kind) run.waitingHead.text = toolFileHead(*kind, run.waitingHead.text);
+  if (!run.waitingHead.text.empty()) writeScript(run, file, "", run.waitingHead);
+  run.waitingHead.text.clear();
+}
+
 /// Keeps the table on show for the end of the run, with the text that stands in front of it.
 void collectTable(Run& run, ScriptKind kind, const std::string& fileHead) {
   auto script = std::find_if(run.runnable.begin(), run.runnable.end(),
@@ -189,12 +198,10 @@ void putRunnable(Run& run, ScriptFile& file) {
                                 .backup = generation.backup ? formatDateTime(run.host.clock.now(), "mmddhhnnss") : ""};
   Pieces pieces;
   for (const RunnableScript& script : run.runnable) {
-    putRunnableScript(script, run.system, *run.session.gDB, options,
-                      [&](const std::string& table, const ScriptText& text) {
-                        pieces.emplace_back(table, text.text);
-                        if (text.text.size() > kWrittenAtOnce || pieces.size() > kPiecesAtOnce)
-                          writePieces(run, file, pieces);
-                      });
+    putRunnableScript(script, run.system, *run.session.gDB, options, [&](const std::string& table, ScriptText text) {
+      pieces.emplace_back(table, std::move(text.text));
+      if (pieces.back().second.size() > kWrittenAtOnce || pieces.size() > kPiecesAtOnce) writePieces(run, file, pieces);
+    });
     writePieces(run, file, pieces);
     run.result.tables += static_cast<int>(script.tables.size() + script.views.size());
     for (const ScriptTable& table : script.tables) stampTable(run.session, run.history, table.id, run.host.clock.now());
@@ -217,11 +224,13 @@ void putRow(Run& run, int row, bool alone, ScriptFile& file, const std::string& 
 
   run.host.dialogs.yield();
   if (const auto kind = scriptKindOf(run.detail.lblFileType.caption); kind && isRunnable(run)) {
+    if (!run.waitingHead.text.empty()) putWaitingHead(run, kind, file);
     collectTable(run, *kind, fileHead);
     run.rows.selected[place] = false;
     return;
   }
   if (run.menu.views || run.detail.lblBunrui.caption == "VIEW") {
+    putWaitingHead(run, std::nullopt, file);
     putTable(run, pCreateCurrentTable2SqlView, file);
     return;
   }
@@ -260,7 +269,8 @@ void putRows(Run& run, int first, int last) {
   if (run.menu.head) putFileHead(run, head);
   // In the runnable form the drops of all tables come first: a selection's further heads stand with their tables.
   const bool headWaits = isRunnable(run) && !run.runnable.empty();
-  if (run.menu.head && !headWaits) writeScript(run, file, "", head);
+  if (run.menu.head && !isRunnable(run)) writeScript(run, file, "", head);
+  if (run.menu.head && isRunnable(run) && !headWaits) run.waitingHead.text += head.text;
   for (int row = std::max(first, 0); row <= last && row < run.rows.count(); ++row) {
     if (run.host.dialogs.stopRequested()) break;
     putRow(run, row, first == last, file, headWaits ? head.text : std::string());
@@ -272,8 +282,9 @@ void putRows(Run& run, int first, int last) {
 
 /// The end of a run in the runnable form; other runs have written everything by now.
 void putCollected(Run& run) {
-  if (run.runnable.empty()) return;
+  if (run.runnable.empty() && run.waitingHead.text.empty()) return;
   ScriptFile file(run.result.file, run.target.encoding, true);
+  putWaitingHead(run, std::nullopt, file);
   putRunnable(run, file);
   file.close();
 }

@@ -35,11 +35,7 @@ Column columnOf(const Generation& generation, const Field& field) {
       gFileType_NoDigits(*session.gDB, session.catalogue, trim(generation.table.lblFileType.caption), field.type);
   Column column{field, std::string(field.type), ""};
   if (!rule.noDigits && !field.type.empty()) column.type += "(" + digitsText(field) + ") ";
-  if (!field.defaultText.empty()) {
-    const bool bare = rule.numeric || field.defaultText.find("()") != std::string_view::npos;
-    column.defaultClause = bare ? " DEFAULT " : " DEFAULT '";
-    column.defaultClause.append(field.defaultText).append(bare ? "" : "'");
-  }
+  column.defaultClause = bareDefault(field, rule.numeric);
   return column;
 }
 

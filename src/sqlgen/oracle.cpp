@@ -39,26 +39,13 @@ void putOpening(const Generation& generation, ScriptText& script) {
 std::string columnLine(const Field& field, bool first) {
   std::string line(first ? "\t" : "\t,");
   line += field.cell;
-  bool isText = false;
   if (field.type == "date") {
     line.append("\t").append(field.type);
   } else if (!field.type.empty()) {
-    const std::string type = toLower(field.type);
-    isText = type == "char" || type == "varchar2";
     // Brackets come with every type, also where the server wants none: the catalogue has no say here.
-    line.append("\t").append(type).append(bracketedDigits(field));
+    line.append("\t").append(toLower(field.type)).append(bracketedDigits(field));
   }
-  if (!field.defaultText.empty()) {
-    // A text with a quote is an expression of the user's own.
-    const bool quoted = isText && field.defaultText.find('\'') == std::string_view::npos;
-    line.append(quoted ? " DEFAULT '" : " DEFAULT ").append(field.defaultText).append(quoted ? "' " : "");
-  }
-  line += " ";
-  if (field.null.empty()) {
-    line += " NULL ";
-  } else {
-    line.append(" ").append(field.null).append(" ");
-  }
+  line += defaultAndNull(field);
   return line.append("\t-- ").append(oneLine(field.japaneseName));
 }
 

@@ -59,6 +59,18 @@ bool storageDue(const Generation& generation) {
 
 std::string bracketedDigits(const Field& field) { return "(" + digitsText(field) + ") "; }
 
+std::string defaultAndNull(const Field& field) {
+  std::string text;
+  if (!field.defaultText.empty()) {
+    const std::string type = toLower(field.type);
+    // A text with a quote is an expression of the user's own.
+    const bool quoted =
+        (type == "char" || type == "varchar2") && field.defaultText.find('\'') == std::string_view::npos;
+    text.append(quoted ? " DEFAULT '" : " DEFAULT ").append(field.defaultText).append(quoted ? "' " : "");
+  }
+  return text.append(" ").append(cellNull(field));
+}
+
 void putConstraintsAndEnd(const Generation& generation, const std::vector<Field>& fields, ScriptText& script) {
   putKey(generation, fields, script);
   putValueChecks(generation, fields, script);

@@ -18,6 +18,9 @@ bool storageDue(const Generation& generation);
 /// "(digits) " behind a type name.
 std::string bracketedDigits(const Field& field);
 
+/// The default, where the field has one, and NULL or NOT NULL, as they stand behind a type.
+std::string defaultAndNull(const Field& field);
+
 /// Key, value-list checks, range checks and foreign keys, then the closing bracket.
 void putConstraintsAndEnd(const Generation& generation, const std::vector<Field>& fields, ScriptText& script);
 

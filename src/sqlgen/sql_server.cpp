@@ -2,17 +2,11 @@
 #include "relations/index.h"
 #include "sqlgen/clauses.h"
 #include "sqlgen/generators.h"
+#include "sqlgen/sql_server_clauses.h"
 
 namespace quillmarden {
 
 namespace {
-
-/// The table's name in brackets, behind its owner where the System names one.
-std::string quotedTable(const Generation& generation) {
-  const std::string table = "[" + generation.table.txtTableNameENG.text + "]";
-  const std::string_view owner = trim(generation.system.tableSpace);
-  return owner.empty() ? table : "[" + std::string(owner) + "]." + table;
-}
 
 /// What stands for the table in the head and in BRIN statements: the short name where there is one.
 std::string shownName(const Generation& generation) {
@@ -43,14 +37,8 @@ std::string columnLine(const Generation& generation, const Field& field, bool fi
   const std::string type = toLower(field.type);
   DigitRule rule =
       gFileType_NoDigits(*session.gDB, session.catalogue, trim(generation.table.lblFileType.caption), type);
-  if (field.type == "@AUTO_NO") {
-    line += "\t[int] identity(1,1)";
-    rule.noDigits = true;
-  } else if (const std::size_t word = type.find("identity"); word != std::string::npos) {
-    line.append("\t[").append(trim(field.type.substr(0, word))).append("] identity(1,1)");
-  } else if (!type.empty()) {
-    line.append("\t[").append(field.type).append("]");
-  }
+  if (field.type == "@AUTO_NO") rule.noDigits = true;
+  if (!type.empty()) line.append("\t").append(bracketedType(field.type));
   if (!rule.noDigits && !type.empty()) line.append("(").append(digitsText(field)).append(") ");
 
   std::string defaultClause;

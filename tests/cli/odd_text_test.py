@@ -11,12 +11,11 @@ import os
 import re
 import shutil
 import sqlite3
-import subprocess
 import sys
-import tempfile
 import unittest
 
-CLI, SAMPLE_MAKER = sys.argv[1:3]
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), os.pardir, "support"))
+from repositories import RepositoryCase  # noqa: E402
 
 ODD = {
     "quote": "a'b",
@@ -35,20 +34,9 @@ ODD = {
 KEPT = {"システム名", "ファイル種別", "databasetype", "make_server", "COMPNAME", "INDEX_NAME", "グループ", "ユーザー名"}
 
 
-def run(*command):
-    return subprocess.run([CLI, *command], stdin=subprocess.DEVNULL, capture_output=True)
-
-
-class OddTextTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = tempfile.mkdtemp(prefix="qmodd_")
-        cls.addClassCleanup(shutil.rmtree, cls.folder, True)
-        cls.sample = os.path.join(cls.folder, "sample.mdb")
-        subprocess.run([SAMPLE_MAKER, cls.sample], check=True, stdout=subprocess.DEVNULL)
-
+class OddTextTest(RepositoryCase):
     def command(self, name, repository, *options):
-        done = run(name, "--repository", repository, "--data-folder", self.folder, "--temp-folder", self.folder, *options)
+        done = self.run_command(name, repository, *options)
         self.assertIn(done.returncode, (0, 1), f"{name} {options}: {done.returncode}\n{done.stderr.decode(errors='replace')}")
         if done.returncode == 1:
             self.assertTrue(done.stderr.strip(), f"{name} {options} failed without a word")
@@ -89,6 +77,7 @@ class OddTextTest(unittest.TestCase):
                         table = line.split("\t")[-1]
                         self.command("show", path, "--system", system, "--table", table)
                     self.command("capacity", path, "--system", system)
+                    self.command("system", path, "--system", system)
                 self.command("systems", path)
                 db = sqlite3.connect(path)
                 self.assertEqual(self.counts(db), counts)

@@ -152,5 +152,33 @@ TEST(Settings, OddValuesAndTheOtherKeysDefault) {
   EXPECT_EQ(gGetAppSetting(ini, "DetailsFormOpenSize"), "0");
 }
 
+TEST(Settings, OptionsComeBackAsTheyWereWritten) {
+  TempFolder folder;
+  spill(folder.file("t.ini"), "[APP_SETTING]\nLoninUserName=suzuki\nAllFileSearch=1\nMine=x\n");
+  IniFile ini(folder.path() / "t.ini");
+  const AppSettings before = readAppSettings(ini);
+  AppSettings changed = before;
+  changed.loninUserName = "hanako";
+  changed.fontSize2Spread = 10.5;
+  for (const SwitchKey& key : optionSwitches()) changed.*key.setting = !(before.*key.setting);
+  for (const ColourKey& key : optionColours()) changed.*key.colour += 1, changed.*key.index += 1;
+  changed.spreadCopy[16] = changed.putMemberInfo[0] = false;
+  changed.displayTema = 0;
+  putOptions(ini, changed);
+
+  IniFile again(ini.path());
+  const AppSettings read = readAppSettings(again);
+  EXPECT_EQ(read.loninUserName, "suzuki") << "the login's own";
+  EXPECT_TRUE(read.allFileSearch);
+  EXPECT_EQ(gGetAppSetting(again, "Mine"), "x");
+  EXPECT_EQ(read.fontSize2Spread, 10.5);
+  for (const SwitchKey& key : optionSwitches()) EXPECT_NE(read.*key.setting, before.*key.setting) << key.key;
+  EXPECT_EQ(read.backColorKey, 12632320U);
+  EXPECT_EQ(read.backColorTableNameIndex, 7);
+  EXPECT_FALSE(read.spreadCopy[16] || read.putMemberInfo[0]);
+  EXPECT_TRUE(read.spreadCopy[0] && read.putMemberInfo[7]);
+  EXPECT_EQ(read.displayTema, 0);
+}
+
 }  // namespace
 }  // namespace quillmarden

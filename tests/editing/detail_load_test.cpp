@@ -63,7 +63,7 @@ TEST_F(DetailLoadTest, FieldsStandInTheirColumns) {
   EXPECT_EQ(detail.Spread.backColour(col::kJapaneseName, 2), session.settings.backColorAdd);
   EXPECT_EQ(detail.lblBiko.caption, "備考 [ 番号 ]");
   EXPECT_EQ(detail.lblColRow.caption, "001 : 001");
-  EXPECT_EQ(detail.loadedRows, 2);
+  EXPECT_EQ(detail.Spread.maxRows(), 2);
 }
 
 TEST_F(DetailLoadTest, GapsStayAndRowsWithoutAUsablePlaceAreNotLost) {

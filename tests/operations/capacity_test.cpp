@@ -1,5 +1,6 @@
 #include "operations/capacity.h"
 
+#include "repository/frm_system_inf.h"
 #include "support/open_repository.h"
 
 namespace quillmarden {
@@ -132,6 +133,20 @@ TEST_F(CapacityTest, AQuoteInTheSystemNameIsTold) {
   EXPECT_TRUE(scripted.messages[0].starts_with("確認|レコード長の計算に失敗しました.\n"));
   EXPECT_TRUE(scripted.messages[1].starts_with("確認|更新に失敗しました.\n"));
   EXPECT_FALSE(database().inTransaction());
+}
+
+TEST_F(CapacityTest, ButtonAsksFirst) {
+  const std::string table = addTable("販売", "PostgreSQL", "T", "表");
+  addField(table, 1, "integer", "0, 0", "77");
+  frmSystemInf screen;
+  frmSystemInf_Load(session, scripted.host, screen, "販売");
+  scripted.expect("処理確認", "各テーブルのレコード長を再計算します.", kNo);
+  CmdCalc_Click(session, scripted.host, screen);
+  EXPECT_EQ(lengths(table), "77");
+  scripted.expect("処理確認", "各テーブルのレコード長を再計算します.", kYes);
+  scripted.expect("確認", "終了しました.");
+  CmdCalc_Click(session, scripted.host, screen);
+  EXPECT_EQ(lengths(table), "20");
 }
 
 }  // namespace

@@ -164,9 +164,17 @@ TEST_F(LoginScreen, FoldersAreRememberedOnce) {
   ChkDataBase_Click(session, scripted.host, screen);
   EXPECT_TRUE(screen.LstFolder.enabled);
 
+  std::string chosen = shared;
+  std::string prompt;
+  scripted.host.dialogs.browseFolder = [&](std::string_view asked) {
+    prompt = asked;
+    return chosen;
+  };
+  CmdRef_Click(session, scripted.host, screen);
+  EXPECT_EQ(prompt, "フォルダを指定して下さい。");
   CmdRef_Click(session, scripted.host, screen, shared);
-  CmdRef_Click(session, scripted.host, screen, shared);
-  CmdRef_Click(session, scripted.host, screen, "");
+  chosen = "";
+  CmdRef_Click(session, scripted.host, screen);
   EXPECT_EQ(screen.LstFolder.rows, (std::vector<std::string>{programFolder(), shared}));
   EXPECT_EQ(screen.LstDb.text(), "team.mdb");
 
@@ -203,12 +211,14 @@ TEST_F(LoginScreen, FourFailuresEndTheProgram) {
   open();
   scripted.expect("確認", "接続先ファイルが未設定です.");
   EXPECT_FALSE(press());
+  EXPECT_EQ(screen.focus, "LstDb");
   { createRepository(file()); }
   open();
   screen.failedAttempts = 1;
   screen.txtUserName.text = "  ";
   scripted.expect("確認", "ユーザー名が未入力です.");
   EXPECT_FALSE(press());
+  EXPECT_EQ(screen.focus, "txtUserName");
   for (int attempt = 0; attempt < 2; ++attempt) {
     screen.txtUserName.text = " nobody ";
     scripted.expect("確認", "ユーザー名が未登録です.\n管理者に確認してください.");

@@ -92,6 +92,44 @@ TEST(Spread, NothingOfTheFormerTableShowsThrough) {
   EXPECT_EQ(grid.kind(2, 1), CellKind::Edit);
 }
 
+TEST(Spread, RowsGiveWayToOthers) {
+  const auto named = [](std::initializer_list<const char*> names) {
+    std::vector<SpreadRow> rows;
+    for (const char* name : names) rows.push_back({{SpreadCell{name, CellKind::Static, 0xFF}}, name[0]});
+    return rows;
+  };
+  const auto names = [](const Spread& grid) {
+    std::string all;
+    for (int row = 1; row <= grid.maxRows(); ++row) {
+      EXPECT_EQ(grid.rowTag(row), grid.text(1, row)[0]);
+      EXPECT_EQ(grid.kind(1, row), CellKind::Static);
+      EXPECT_EQ(grid.kind(2, row), grid.column(2).kind);
+      all += grid.text(1, row);
+    }
+    return all;
+  };
+  Spread grid = threeColumns();
+  grid.replaceRows(1, 0, named({"a", "b", "c", "d"}));
+  EXPECT_EQ(names(grid), "abcd");
+  EXPECT_EQ(grid.rows(0, 2), grid.rows(1, 2));
+  EXPECT_EQ(grid.rows(4, 9).size(), 1U);
+  EXPECT_TRUE(grid.rows(3, 2).empty());
+  grid.replaceRows(2, 3, named({"x", "y", "z"}));
+  EXPECT_EQ(names(grid), "axyzd");
+  grid.replaceRows(2, 4, named({"b"}));
+  EXPECT_EQ(names(grid), "abd");
+  grid.replaceRows(3, 2, named({"c"}));
+  EXPECT_EQ(names(grid), "abcd");
+  grid.replaceRows(9, 99, named({"e"}));
+  EXPECT_EQ(names(grid), "abcde") << "beyond the end is at the end";
+  grid.replaceRows(-3, 2, {});
+  EXPECT_EQ(names(grid), "cde");
+  grid.setMaxRows(Spread::kMaxRows);
+  grid.replaceRows(1, 0, named({"a", "b"}));
+  EXPECT_EQ(grid.maxRows(), Spread::kMaxRows);
+  EXPECT_EQ(grid.text(1, 1), "c") << "a full grid takes no more rows";
+}
+
 TEST(Spread, RevisionMovesOnlyWithChanges) {
   Spread grid = threeColumns();
   grid.setText(1, 1, "a");

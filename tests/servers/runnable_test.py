@@ -13,12 +13,14 @@ import shutil
 import sqlite3
 import subprocess
 import sys
-import tempfile
 import unittest
 
 from servers import MariaDB, PostgreSQL
 
-CLI, SAMPLE_MAKER, REAL = sys.argv[1:4]
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), os.pardir, "support"))
+from repositories import KEY, RepositoryCase, default, new_repository  # noqa: E402
+
+REAL = sys.argv[3]
 
 CUT = "外部キーを作成できません"
 
@@ -126,6 +128,11 @@ class Definitions:
     def fits(self, name):
         return len(name.encode() if self.kind == "PostgreSQL" else name) <= self.limit
 
+    def table_fits(self, name):
+        """MariaDB keeps a table in a file of its name, in which what is no plain letter takes five bytes."""
+        in_file = sum(1 if re.match(r"\w", c, re.A) else 5 for c in name)
+        return self.fits(name) and (self.kind == "PostgreSQL" or in_file + len(".frm") <= 255)
+
     def comment(self, text, limit):
         """MariaDB has room for so many characters of a comment."""
         return text if self.kind == "PostgreSQL" else text[:limit]
@@ -136,7 +143,7 @@ class Definitions:
         unknown = [name for name in arrived if name not in self.ids.values()]
         for identity, table in self.ids.items():
             here = table
-            if not self.fits(table):
+            if not self.table_fits(table):
                 short = [column[0] for column in self.fields[identity] if self.fits(column[0])]
                 here = names[table] = next(
                     (name for name in unknown if set(short) <= {column.name for column in arrived[name].columns}), None)
@@ -317,57 +324,6 @@ class MariaDBCatalogue(Catalogue):
 
 # --- nasty definitions
 
-class Repository:
-    """Writes definitions with plain SQL, as other tools do."""
-
-    def __init__(self, path):
-        self.db = sqlite3.connect(path)
-
-    def insert(self, table, **values):
-        marks = ", ".join("?" * len(values))
-        self.db.execute(f"insert into {table} ({', '.join(values)}) values ({marks})", list(values.values()))
-
-    def system(self, name, kind):
-        self.name, self.kind = name, kind
-        self.insert("MAS_SYSTEM", システム名=name, 略名="nst", 概要="", databasetype=kind, 修正許可=0)
-
-    def values(self, name, kind, *values):
-        self.insert("MAS_DIVISION", システム名=self.name, 値名称=name, 型=kind, 種別="区分", 全システム共通=0, 削除フラグ=0)
-        for number, value in enumerate(values, 1):
-            self.insert("MAS_DIVISIONDETAILES", システム名=self.name, 値名称=name, 行番号=number, 値=value, 内容=value, 初期値=0)
-
-    def table(self, name, *fields, memo="", **more):
-        """fields: (name, type, whole digits or None, further columns as a dict)."""
-        identity = self.db.execute("select ifnull(max(ID), 0) + 1 from MAS_TABLEINFO").fetchone()[0]
-        # all tables share one short name, so that names made from it must be told apart
-        self.insert("MAS_TABLEINFO", **{**dict(
-            ID=identity, システム名=self.name, テーブル名=name, 略名="x", 日本語名=name, 分類="マスタ", 概要=memo, 削除フラグ=0,
-            ファイル種別=self.kind, 修正許可=0, 全システム共通=0, 格納先=""), **more})
-        for number, (field, kind, whole, further) in enumerate(fields, 1):
-            self.field(identity, number, field, kind, whole, further)
-        return identity
-
-    def field(self, identity, number, field, kind, whole, further):
-        self.insert("MAS_TABLEDETAILES", **{**dict(
-            ID=identity, ROWNO=number, 表示順=number, 項目名=field, 日本語名=field, 型=kind, 整数桁数=whole, 少数桁数=0, 長さ=0,
-            KEY=0, Null値="NULL", 備考="", 初期値="", 範囲分類=" ", 項目参照先=""), **further})
-
-    def refer(self, table, row, target, target_row):
-        self.db.execute("update MAS_TABLEDETAILES set 外部参照 = 'x:y', 外部参照TABLEID = ?, 外部参照ROWNO = ?, 外部参照登録方法 = '手入力'"
-                        " where ID = ? and ROWNO = ?", (target, target_row, table, row))
-
-    def index(self, name, table, *rows, unique=0, brin=0):
-        for order, row in enumerate(rows, 1):
-            self.insert("MAS_INDEX", INDEX_NAME=name, ID=table, ROWNO=row, 備考="it's", 順序=order, bolUNIQUE=unique, brinindex=brin)
-
-
-KEY = dict(KEY=-1, Null値="NOT NULL")
-
-
-def default(text):
-    return dict(初期値=text)
-
-
 # Columns with checks, one a table: name, type, further columns, a value that must pass, one that must not.
 def limited(kind):
     integer, text = ("integer", "varchar") if kind == "PostgreSQL" else ("INT", "VARCHAR")
@@ -383,9 +339,8 @@ def limited(kind):
 
 
 def make_nasty(path):
-    subprocess.run([CLI, "init", path], check=True, capture_output=True)
+    repository = new_repository(path)
     for kind in ("PostgreSQL", "MySQL"):
-        repository = Repository(path)
         repository.system("難_" + kind, kind)
         nasty_tables(repository, kind == "PostgreSQL")
         repository.db.commit()
@@ -428,7 +383,10 @@ def nasty_tables(repository, postgresql):
 
     repository.table(long("x"), ("first", integer, None, KEY), (long("p"), integer, None, {}), (long("q"), text, 4, dict(備考="二")))
     repository.table(long("y"), ("second", integer, None, KEY), ("値", integer, None, dict(範囲分類="≧", 範囲開始="0")))
-    most = "あ" * 21 if postgresql else "あ" * 24 + "m" * 40  # as a file's name, what is not ASCII takes more
+    most = "あ" * (21 if postgresql else 50)
+    if not postgresql:  # as a file's name, what is not ASCII takes more: cut to fit, and told apart
+        repository.table("あ" * 64, ("ひとつ", integer, None, KEY))
+        repository.table("あ" * 51, ("ふたつ", integer, None, KEY))
     longest = repository.table(most, ("い" * (21 if postgresql else 64), integer, None, KEY), ("次", integer, None, {}))
     repository.refer(longest, 2, longest, 1)
 
@@ -477,31 +435,17 @@ def nasty_tables(repository, postgresql):
 
 # --- the test
 
-class RunnableTest(unittest.TestCase):
-    maxDiff = None
-
+class RunnableTest(RepositoryCase):
     @classmethod
     def setUpClass(cls):
-        cls.folder = tempfile.mkdtemp(prefix="qmrunnable_")
-        cls.addClassCleanup(shutil.rmtree, cls.folder, True)
+        super().setUpClass()
         cls.postgresql = cls.enterClassContext(PostgreSQL())
         cls.mariadb = cls.enterClassContext(MariaDB())
         cls.real = os.path.join(cls.folder, "real.mdb")
         shutil.copy(REAL, cls.real)
         os.chmod(cls.real, 0o644)
-        cls.sample = os.path.join(cls.folder, "sample.mdb")
-        subprocess.run([SAMPLE_MAKER, cls.sample], check=True, stdout=subprocess.DEVNULL)
         cls.nasty = os.path.join(cls.folder, "nasty.mdb")
         make_nasty(cls.nasty)
-
-    def script(self, repository, system, *options):
-        target = os.path.join(self.folder, system + ".sql")
-        done = subprocess.run([CLI, "sql", "--runnable", "--repository", repository, "--data-folder", self.folder, "--temp-folder",
-                               self.folder, "--system", system, "--encoding", "utf-8", "--output", target, *options],
-                              capture_output=True, text=True)
-        self.assertEqual(done.returncode, 0, done.stderr)
-        with open(target, newline="", encoding="utf-8") as file:
-            return file.read()
 
     def load(self, server, database, script):
         """The complaints about a script that runs whole: errors, and warnings, which name what gets lost."""
@@ -588,6 +532,21 @@ class RunnableTest(unittest.TestCase):
                 script = self.check(self.nasty, "難_" + kind)
                 # each cut name is named in full in a remark
                 self.assertRegex(script, "(?m)^(-- |/\\*).*" + "n" * 60 + "abcdefxxxx")
+
+    def test_a_schema_is_made_where_it_is_not_there(self):
+        path = os.path.join(self.folder, "schema.mdb")
+        repository = new_repository(path)
+        repository.system("別スキーマ", "PostgreSQL")
+        repository.db.execute("update MAS_SYSTEM set odbcsouce = 'My 倉庫'")
+        table = repository.table("t", ("a", "integer", None, KEY), ("b", "integer", None, {}), memo="メモ")
+        repository.refer(table, 2, table, 1)
+        repository.index("i", table, 2)
+        repository.db.commit()
+        self.postgresql.create_database("in_schema")
+        for _ in range(2):
+            self.assertEqual([], self.load(self.postgresql, "in_schema", self.script(path, "別スキーマ")))
+        self.assertEqual([["t"]], self.postgresql.query(
+            "in_schema", "select table_name from information_schema.tables where table_schema = 'My 倉庫'"))
 
     def test_checks_refuse_and_accept(self):
         for kind in ("PostgreSQL", "MySQL"):

@@ -50,6 +50,10 @@ ScriptedHost::ScriptedHost() {
   host.opener.openFile = open;
   host.opener.openFolder = open;
   host.opener.startProgram = open;
+  host.opener.startWithArguments = [this](const std::filesystem::path& program, std::string_view arguments) {
+    opened.push_back(program.string() + " " + std::string(arguments));
+    return true;
+  };
 }
 
 ScriptedHost::~ScriptedHost() {

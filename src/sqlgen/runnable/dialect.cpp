@@ -91,26 +91,32 @@ TypeClass commonTypeClass(std::string_view lowerType) {
 }
 
 std::string typeWithDigits(const ScriptColumn& column, std::initializer_list<std::string_view> takesDigits) {
-  const std::string type(trim(column.type));
-  if (type.find('(') != std::string::npos) return type;
-  const std::string lower = toLower(type);
+  const std::string& type = column.type->text;
+  if (column.wholeDigits + column.fractionDigits <= 0 || type.find('(') != std::string::npos) return type;
+  const std::string& lower = column.type->lower;
   // The longest name wins: "character varying" before "character".
   std::string_view taken;
   for (const std::string_view name : takesDigits)
     if (name.size() > taken.size() && lower.starts_with(name) &&
         (lower.size() == name.size() || lower[name.size()] == ' '))
       taken = name;
-  if (taken.empty() || column.wholeDigits + column.fractionDigits <= 0) return type;
-  std::string digits = plainNumber(column.wholeDigits + std::max(column.fractionDigits, 0.0));
-  if (column.fractionDigits > 0) digits += "," + plainNumber(column.fractionDigits);
-  return type.substr(0, taken.size()) + "(" + digits + ")" + type.substr(taken.size());
+  if (taken.empty()) return type;
+  std::string sized = type.substr(0, taken.size()) + "(";
+  sized += plainNumber(column.wholeDigits + std::max(column.fractionDigits, 0.0));
+  if (column.fractionDigits > 0) sized.append(",").append(plainNumber(column.fractionDigits));
+  return sized.append(")").append(type, taken.size());
 }
 
-std::string commentOn(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text) {
-  std::string statement = column.empty() ? "COMMENT ON TABLE " : "COMMENT ON COLUMN ";
-  statement += table.qualified;
-  if (!column.empty()) statement.append(".").append(quotedName(dialect, column));
-  return statement.append(" IS ").append(textLiteral(dialect, text)).append("\r\n;\r\n");
+void commentOn(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text,
+               std::string& script) {
+  script.append(column.empty() ? "COMMENT ON TABLE " : "COMMENT ON COLUMN ").append(table.qualified);
+  if (!column.empty()) {
+    script += '.';
+    appendName(dialect, column, script);
+  }
+  script += " IS ";
+  appendTextLiteral(dialect, text, script);
+  script += "\r\n;\r\n";
 }
 
 const Dialect& dialectOf(ScriptKind kind) {

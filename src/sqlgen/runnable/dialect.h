@@ -48,10 +48,14 @@ struct Dialect {
   std::string (*computed)(std::string_view expression);
   /// A statement that takes the table away when it is there, and what refers to it.
   std::string (*drop)(const TableNames& table);
-  /// The statement that gives a table or a column its comment; `column` is "" for the table. None where comments are
-  /// options of CREATE TABLE.
-  std::string (*comment)(const Dialect& dialect, const TableNames& table, std::string_view column,
-                         std::string_view text);
+  /// Adds the statement that gives a table or a column its comment; `column` is "" for the table. None where comments
+  /// are options of CREATE TABLE.
+  void (*comment)(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text,
+                  std::string& script);
+
+  /// A statement that makes a schema where it is not there yet, "" for one that the server has by itself. None where a
+  /// schema is a user or cannot be.
+  std::string (*createSchema)(std::string_view schema) = nullptr;
 
   bool commentsInCreate() const { return comment == nullptr; }
 };
@@ -64,9 +68,13 @@ TypeClass commonTypeClass(std::string_view lowerType);
 std::string typeWithDigits(const ScriptColumn& column, std::initializer_list<std::string_view> takesDigits);
 
 /// `comment` of the kinds that have COMMENT ON.
-std::string commentOn(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text);
+void commentOn(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text,
+               std::string& script);
 
 const Dialect& dialectOf(ScriptKind kind);
+
+/// A statement of Oracle in a block: for one that its tool would not take in one line.
+std::string oracleBlock(std::string_view statement);
 
 /// A statement of Oracle that does nothing when its table is not there.
 std::string oracleIfThere(std::string_view statement);

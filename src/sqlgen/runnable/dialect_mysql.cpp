@@ -7,16 +7,16 @@ namespace quillmarden {
 namespace {
 
 std::string type(const ScriptColumn& column) {
-  const std::string lower = lowerType(column);
-  const bool bare = column.wholeDigits <= 0 && column.type.find('(') == std::string::npos;
+  const std::string& lower = column.type->lower;
+  const bool bare = column.wholeDigits <= 0 && column.type->text.find('(') == std::string::npos;
   // Types that cannot stand without a length or a list.
-  if (bare && (lower == "varchar" || lower == "varbinary")) return std::string(trim(column.type)) + "(255)";
+  if (bare && (lower == "varchar" || lower == "varbinary")) return column.type->text + "(255)";
   if (bare && (lower == "enum" || lower == "set")) {
-    if (column.values.empty()) return "varchar(255)";
+    if (!column.list) return "varchar(255)";
     std::string list;
-    for (const std::string& value : column.values)
+    for (const std::string& value : column.list->values)
       list.append(list.empty() ? "" : ",").append(textLiteral(mySqlDialect(), value));
-    return std::string(trim(column.type)) + "(" + list + ")";
+    return column.type->text + "(" + list + ")";
   }
   return typeWithDigits(
       column, {"char", "varchar", "nchar", "nvarchar", "binary", "varbinary", "decimal", "dec", "numeric", "bit"});

@@ -1,27 +1,46 @@
 #include "common/text.h"
+#include "sqlgen/clauses.h"
 #include "sqlgen/runnable/literals.h"
 #include "sqlgen/runnable/names.h"
+#include "sqlgen/runnable/tool_text.h"
 
 namespace quillmarden {
 
 namespace {
 
 std::string type(const ScriptColumn& column) {
-  const std::string lower = lowerType(column);
+  const std::string& lower = column.type->lower;
   if (lower == "interval") return "interval day to second";
-  if (column.wholeDigits <= 0 && column.type.find('(') == std::string::npos &&
+  if (column.wholeDigits <= 0 && column.type->text.find('(') == std::string::npos &&
       (lower == "varchar2" || lower == "nvarchar2" || lower == "raw"))
-    return std::string(trim(column.type)) + "(255)";
+    return column.type->text + "(255)";
   return typeWithDigits(column, {"number", "varchar2", "nvarchar2", "varchar", "char", "nchar", "raw", "float"});
 }
 
-std::string computed(std::string_view expression) { return " GENERATED ALWAYS AS (" + std::string(expression) + ")"; }
+/// In one line: an empty one would end the statement for the command-line tool.
+std::string computed(std::string_view expression) { return " GENERATED ALWAYS AS (" + oneLine(expression) + ")"; }
 
 std::string drop(const TableNames& table) {
   return oracleIfThere("DROP TABLE " + table.qualified + " CASCADE CONSTRAINTS");
 }
 
+/// The tool has a longest line, and this statement takes no text in pieces: a block can join them.
+void comment(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text,
+             std::string& script) {
+  const std::size_t before = script.size();
+  commentOn(dialect, table, column, text, script);
+  const std::size_t end = script.find("\r\n", before);
+  if (end - before <= kLongestOracleLine) return;
+  const std::string statement = script.substr(before, end - before);
+  script.resize(before);
+  script += oracleBlock(statement);
+}
+
 }  // namespace
+
+std::string oracleBlock(std::string_view statement) {
+  return "BEGIN\r\n  EXECUTE IMMEDIATE " + textLiteral(oracleDialect(), statement) + ";\r\nEND;\r\n/\r\n";
+}
 
 std::string oracleIfThere(std::string_view statement) {
   return "BEGIN\r\n  EXECUTE IMMEDIATE " + textLiteral(oracleDialect(), statement) +
@@ -46,7 +65,7 @@ const Dialect& oracleDialect() {
                                .typeClass = commonTypeClass,
                                .computed = computed,
                                .drop = drop,
-                               .comment = commentOn};
+                               .comment = comment};
   return dialect;
 }
 

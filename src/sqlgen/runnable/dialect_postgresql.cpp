@@ -17,6 +17,11 @@ std::string computed(std::string_view expression) {
 
 std::string drop(const TableNames& table) { return "DROP TABLE IF EXISTS " + table.qualified + " CASCADE\r\n;\r\n"; }
 
+std::string createSchema(std::string_view schema) {
+  if (schema == "public") return {};
+  return "CREATE SCHEMA IF NOT EXISTS " + quotedName(postgreSqlDialect(), schema) + "\r\n;\r\n";
+}
+
 }  // namespace
 
 const Dialect& postgreSqlDialect() {
@@ -36,7 +41,8 @@ const Dialect& postgreSqlDialect() {
                                .typeClass = commonTypeClass,
                                .computed = computed,
                                .drop = drop,
-                               .comment = commentOn};
+                               .comment = commentOn,
+                               .createSchema = createSchema};
   return dialect;
 }
 

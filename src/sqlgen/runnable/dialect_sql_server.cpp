@@ -7,16 +7,18 @@ namespace quillmarden {
 namespace {
 
 std::string type(const ScriptColumn& column) {
-  if (trim(column.type) == "@AUTO_NO") return "int identity(1,1)";
-  const std::string lower = lowerType(column);
+  if (column.type->text == "@AUTO_NO") return "int identity(1,1)";
+  const std::string& lower = column.type->lower;
   if (lower.ends_with(" identity")) {
+    const ScriptType numbers{lower.substr(0, lower.size() - 9), lower.substr(0, lower.size() - 9), TypeClass::Number};
     ScriptColumn base = column;
-    base.type = lower.substr(0, lower.size() - 9);
+    base.type = &numbers;
     return type(base) + " identity(1,1)";
   }
   const bool text = lower == "varchar" || lower == "nvarchar" || lower == "varbinary";
   const double longest = lower == "nvarchar" ? 4000 : 8000;
-  if (text && column.type.find('(') == std::string::npos && (column.wholeDigits <= 0 || column.wholeDigits > longest))
+  if (text && column.type->text.find('(') == std::string::npos &&
+      (column.wholeDigits <= 0 || column.wholeDigits > longest))
     return lower + "(max)";
   return typeWithDigits(column, {"char", "varchar", "nchar", "nvarchar", "binary", "varbinary", "decimal", "numeric"});
 }
@@ -40,12 +42,29 @@ std::string drop(const TableNames& table) {
          table.qualified + "\r\ngo\r\n";
 }
 
-std::string comment(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text) {
-  std::string statement = "EXEC sp_addextendedproperty N'MS_Description', " + textLiteral(dialect, text) +
-                          ", N'SCHEMA', " + textLiteral(dialect, table.schema.empty() ? "dbo" : table.schema) +
-                          ", N'TABLE', " + textLiteral(dialect, table.name);
-  if (!column.empty()) statement += ", N'COLUMN', " + textLiteral(dialect, column);
-  return statement + "\r\ngo\r\n";
+void comment(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text,
+             std::string& script) {
+  const auto put = [&](std::string_view words, std::string_view value) {
+    script += words;
+    appendTextLiteral(dialect, value, script);
+  };
+  if (text.find(kToolVariable) == std::string_view::npos) {
+    put("EXEC sp_addextendedproperty N'MS_Description', ", text);
+  } else {  // a procedure takes no text in pieces
+    put("DECLARE @text nvarchar(4000) = ", text);
+    script += "\r\nEXEC sp_addextendedproperty N'MS_Description', @text";
+  }
+  put(", N'SCHEMA', ", table.schema.empty() ? "dbo" : table.schema);
+  put(", N'TABLE', ", table.name);
+  if (!column.empty()) put(", N'COLUMN', ", column);
+  script += "\r\ngo\r\n";
+}
+
+std::string createSchema(std::string_view schema) {
+  if (equalsNoCase(schema, "dbo")) return {};
+  const Dialect& dialect = sqlServerDialect();
+  return "IF SCHEMA_ID(" + textLiteral(dialect, schema) + ") IS NULL\r\nEXEC sp_executesql " +
+         textLiteral(dialect, "CREATE SCHEMA " + quotedName(dialect, schema)) + "\r\ngo\r\n";
 }
 
 }  // namespace
@@ -67,7 +86,8 @@ const Dialect& sqlServerDialect() {
                                .typeClass = typeClass,
                                .computed = computed,
                                .drop = drop,
-                               .comment = comment};
+                               .comment = comment,
+                               .createSchema = createSchema};
   return dialect;
 }
 

@@ -7,7 +7,7 @@ namespace quillmarden {
 namespace {
 
 std::string type(const ScriptColumn& column) {
-  const std::string lower = lowerType(column);
+  const std::string& lower = column.type->lower;
   if (lower == "timestamp") return "timestamp(0)";
   ScriptColumn sized = column;
   if (lower == "varchar" && column.wholeDigits <= 0) sized.wholeDigits = 255;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "common/text.h"
 #include "sqlgen/runnable/literals.h"
@@ -67,10 +68,10 @@ std::string withoutIdentity(std::string type) {
 
 /// Whether the server lets a field of the one type refer to one of the other.
 bool mayRefer(const Dialect& dialect, const ScriptColumn& own, const ScriptColumn& referred) {
-  const TypeClass type = classOf(dialect, own);
-  if (type != classOf(dialect, referred)) return false;
-  const std::string lower = lowerType(own);
-  const std::string referredLower = lowerType(referred);
+  const TypeClass type = own.type->typeClass;
+  if (type != referred.type->typeClass) return false;
+  const std::string& lower = own.type->lower;
+  const std::string& referredLower = referred.type->lower;
   const auto firstWord = [](const std::string& words) { return words.substr(0, words.find(' ')); };
   switch (dialect.kind) {
     case ScriptKind::MySql:  // numbers have to agree in size and sign
@@ -91,6 +92,8 @@ bool mayRefer(const Dialect& dialect, const ScriptColumn& own, const ScriptColum
   return type != TypeClass::Other || lower == referredLower;
 }
 
+std::string nameAndType(const ScriptColumn& column) { return std::string(column.name) + " " + column.type->text; }
+
 std::string typeFault(const Writing& writing, const ScriptTable& table, const ScriptForeign& foreign) {
   const auto inRun = writing.byId.find(foreign.referredId);
   if (inRun == writing.byId.end()) return {};
@@ -98,7 +101,7 @@ std::string typeFault(const Writing& writing, const ScriptTable& table, const Sc
     const ScriptColumn* own = table.column(foreign.own[i]);
     const ScriptColumn* referred = inRun->second->column(foreign.referred[i]);
     if (own && referred && !mayRefer(writing.dialect, *own, *referred))
-      return "型が違います (" + own->name + " " + own->type + ", " + referred->name + " " + referred->type + ")";
+      return "型が違います (" + nameAndType(*own) + ", " + nameAndType(*referred) + ")";
   }
   return {};
 }
@@ -170,7 +173,7 @@ void putForeignKeys(Writing& writing, const ScriptTable& table, const ScriptSink
                columnList(writing, foreign.referredId, foreign.referred), ")");
     text.print(writing.dialect.end);
   }
-  if (!text.text.empty()) sink(table.name, text);
+  if (!text.text.empty()) sink(table.name, std::move(text));
 }
 
 void putIndexes(Writing& writing, const ScriptTable& table, bool beforeKeys, const ScriptSink& sink) {
@@ -205,7 +208,7 @@ void putIndexes(Writing& writing, const ScriptTable& table, bool beforeKeys, con
     text.print(indexStatement(writing, table, index, fields));
     text.print(writing.dialect.end);
   }
-  if (!text.text.empty()) sink(table.name, text);
+  if (!text.text.empty()) sink(table.name, std::move(text));
 }
 
 }  // namespace quillmarden

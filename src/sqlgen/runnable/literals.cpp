@@ -8,6 +8,7 @@
 #include "common/text.h"
 #include "screen/date_time.h"
 #include "sqlgen/clauses.h"
+#include "sqlgen/runnable/names.h"
 
 namespace quillmarden {
 
@@ -63,15 +64,22 @@ std::string booleanLiteral(const Dialect& dialect, std::string_view text) {
 }
 
 /// A line that holds nothing but "go" ends a batch of SQL Server, inside a literal too.
-bool endsBatch(const Dialect& dialect, std::string_view text) {
-  if (dialect.kind != ScriptKind::SqlServer) return false;
+bool endsBatch(std::string_view text) {
   while (!text.empty()) {
     const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-    const std::string line = toLower(trim(text.substr(0, end)));
-    if (line == "go" || line.starts_with("go ")) return true;
+    const std::string_view line = trim(text.substr(0, end));
+    const bool go = line.size() >= 2 && (line[0] == 'g' || line[0] == 'G') && (line[1] == 'o' || line[1] == 'O');
+    if (go && (line.size() == 2 || line[2] == ' ')) return true;
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return false;
+}
+
+/// Whether line ends in a literal stand as they are.
+bool keepsLineEnds(ScriptKind kind, std::string_view text) {
+  // The command-line tools of these kinds end a statement inside a literal at a line of their own.
+  if (kind == ScriptKind::Oracle || kind == ScriptKind::Teradata) return false;
+  return kind != ScriptKind::SqlServer || !endsBatch(text);
 }
 
 /// A date or moment, in a form that no setting of the session reads otherwise.
@@ -81,7 +89,7 @@ std::string dateLiteral(const Dialect& dialect, const ScriptColumn& column, std:
   const bool sqlServer = dialect.kind == ScriptKind::SqlServer;
   bool day = text.find(':') == std::string_view::npos;
   // A date of Teradata has no time of day, and a time stamp must have one.
-  if (dialect.kind == ScriptKind::Teradata) day = lowerType(column) == "date";
+  if (dialect.kind == ScriptKind::Teradata) day = column.type->lower == "date";
   const std::string_view dayPattern = sqlServer ? "yyyymmdd" : "yyyy-mm-dd";
   const std::string_view momentPattern = sqlServer ? "yyyy-mm-ddThh:nn:ss" : "yyyy-mm-dd hh:nn:ss";
   const std::string literal = textLiteral(dialect, formatDateTime(*moment, day ? dayPattern : momentPattern));
@@ -91,68 +99,85 @@ std::string dateLiteral(const Dialect& dialect, const ScriptColumn& column, std:
 
 }  // namespace
 
-std::string textLiteral(const Dialect& dialect, std::string_view text) {
-  std::string literal(dialect.kind == ScriptKind::SqlServer ? "N'" : "'");
-  // The command-line tools of these kinds end a statement inside a literal at a line of their own.
-  const bool oneLineOnly = dialect.kind == ScriptKind::Oracle || dialect.kind == ScriptKind::Teradata;
-  const std::string kept =
-      oneLineOnly || endsBatch(dialect, text) ? oneLine(gReplaceAll(text, "\r\n", "\n")) : std::string(text);
-  for (const char c : kept) {
-    if (c == '\'') literal += '\'';
+void appendTextLiteral(const Dialect& dialect, std::string_view text, std::string& script) {
+  const bool mySql = dialect.kind == ScriptKind::MySql;
+  const bool sqlServer = dialect.kind == ScriptKind::SqlServer;
+  script += sqlServer ? "N'" : "'";
+  std::string flat;
+  if (text.find_first_of("\r\n") != std::string_view::npos && !keepsLineEnds(dialect.kind, text))
+    text = flat = oneLine(gReplaceAll(text, "\r\n", "\n"));
+  // A dollar sign before a bracket is a variable of SQL Server's tool.
+  const std::string_view special = mySql ? "'\\\r\n" : sqlServer ? "'$" : "'";
+  while (true) {
+    const std::size_t plain = std::min(text.find_first_of(special), text.size());
+    script += text.substr(0, plain);
+    if (plain == text.size()) break;
     // The command-line tool of MySQL takes the CR of a line end away; an escape stays.
-    if (dialect.kind == ScriptKind::MySql && (c == '\r' || c == '\n')) {
-      literal += c == '\r' ? "\\r" : "\\n";
-      continue;
+    const char c = text[plain];
+    if (c == '$') {
+      script += text.substr(plain).starts_with(kToolVariable) ? "$' + N'" : "$";
+    } else if (c == '\r' || c == '\n') {
+      script += c == '\r' ? "\\r" : "\\n";
+    } else {
+      script.append(2, c);
     }
-    if (c == '\\' && dialect.kind == ScriptKind::MySql) literal += '\\';
-    literal += c;
+    text.remove_prefix(plain + 1);
   }
-  return literal += '\'';
+  script += '\'';
 }
 
-std::string lowerType(const ScriptColumn& column) {
-  std::string lower = toLower(trim(column.type));
-  const std::size_t bracket = lower.find('(');
-  if (bracket == std::string::npos) return lower;
-  // "decimal(5,2) unsigned": the words on both sides.
-  const std::size_t close = lower.rfind(')');
-  std::string rest = close == std::string::npos ? "" : lower.substr(close + 1);
-  return std::string(trim(lower.substr(0, bracket))) + rest;
+std::string textLiteral(const Dialect& dialect, std::string_view text) {
+  std::string literal;
+  appendTextLiteral(dialect, text, literal);
+  return literal;
 }
 
-TypeClass classOf(const Dialect& dialect, const ScriptColumn& column) { return dialect.typeClass(lowerType(column)); }
+ScriptType scriptType(ScriptKind kind, std::string_view text) {
+  ScriptType type;
+  type.text = trim(text);
+  type.lower = toLower(type.text);
+  // "decimal(5,2) unsigned": the words on both sides of the digits.
+  if (const std::size_t bracket = type.lower.find('('); bracket != std::string::npos) {
+    const std::size_t close = type.lower.rfind(')');
+    const std::string rest = close == std::string::npos ? "" : type.lower.substr(close + 1);
+    type.lower = std::string(trim(type.lower.substr(0, bracket))) + rest;
+  }
+  type.typeClass = dialectOf(kind).typeClass(type.lower);
+  return type;
+}
 
 std::string defaultLiteral(const Dialect& dialect, const ScriptColumn& column) {
   const std::string_view text = trim(column.defaultText);
   if (text.empty()) return {};
-  const TypeClass type = classOf(dialect, column);
+  const TypeClass type = column.type->typeClass;
   if (isExpression(text, type)) return std::string(text);
   if (type == TypeClass::Boolean) return booleanLiteral(dialect, text);
   if (type == TypeClass::Number && isNumeric(text)) return std::string(text);
   const std::string_view inner = isQuoted(text) ? text.substr(1, text.size() - 2) : text;
   const std::string plain = isQuoted(text) ? gReplaceAll(inner, "''", "'") : std::string(inner);
   if (type == TypeClass::Date) return dateLiteral(dialect, column, plain);
-  return textLiteral(dialect, plain);
+  const std::string literal = textLiteral(dialect, plain);
+  const bool joined = dialect.kind == ScriptKind::SqlServer && plain.find(kToolVariable) != std::string::npos;
+  return joined ? "(" + literal + ")" : literal;
 }
 
 std::string checkCondition(const Dialect& dialect, const ScriptColumn& column, std::string_view name) {
-  if (column.values.empty() && column.rangeKind.empty()) return {};
-  const bool textColumn = classOf(dialect, column) == TypeClass::Text;
+  if (!column.checked()) return {};
+  const TypeClass type = column.type->typeClass;
   const auto literal = [&](std::string_view value, bool text) {
     return text || !isNumeric(value) ? textLiteral(dialect, value) : std::string(value);
   };
   std::string condition(name);
-  if (!column.values.empty()) {
+  if (column.list) {
+    const bool texts = type == TypeClass::Text || (column.list->text && type != TypeClass::Number);
     condition += " IN (";
-    for (const std::string& value : column.values) {
-      if (&value != column.values.data()) condition += ", ";
-      condition +=
-          literal(value, textColumn || (column.valuesAreText && classOf(dialect, column) != TypeClass::Number));
+    for (const std::string& value : column.list->values) {
+      if (&value != column.list->values.data()) condition += ", ";
+      condition += literal(value, texts);
     }
     return condition + ")";
   }
   // Numbers are cleaned as everywhere; the bounds of a date or a text are what was typed.
-  const TypeClass type = classOf(dialect, column);
   const auto bound = [&](std::string_view text) {
     if (type == TypeClass::Number) return plainNumber(numberIn(text));
     return type == TypeClass::Date ? dateLiteral(dialect, column, trim(text)) : textLiteral(dialect, trim(text));

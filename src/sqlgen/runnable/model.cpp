@@ -13,9 +13,8 @@ namespace quillmarden {
 namespace {
 
 /// A list of the System itself comes before a shared one of another.
-const ScriptLookUps::ValueList& valueList(const Generation& generation, std::string_view name, ScriptLookUps& cache) {
-  std::string key(name);
-  const auto known = cache.lists.find(key);
+const ScriptValues& valueList(const Generation& generation, std::string_view name, ScriptLookUps& cache) {
+  const auto known = cache.lists.find(name);
   if (known != cache.lists.end()) return known->second;
   const std::string system = "'" + gReplaceAll(generation.system.name, "'", "''") + "'";
   Recordset rows = generation.session.gDB->openRecordset(
@@ -23,20 +22,26 @@ const ScriptLookUps::ValueList& valueList(const Generation& generation, std::str
       "ON d.システム名 = a.システム名 AND d.値名称 = a.値名称 WHERE d.値名称 = '" +
       gReplaceAll(name, "'", "''") + "' AND d.削除フラグ = 0 AND (d.システム名 = " + system +
       " OR d.全システム共通 <> 0) ORDER BY IIf(d.システム名 = " + system + ", 0, 1), d.システム名, a.行番号");
-  ScriptLookUps::ValueList entry;
+  ScriptValues entry;
   const std::string owner(rows.eof() ? std::string_view() : rows.text(0));
   for (; !rows.eof() && rows.text(0) == owner; rows.moveNext()) {
     entry.text = rows.text(1) == "文字";
     const std::string_view value = trim(rows.text(2));
     if (!value.empty()) entry.values.emplace_back(value);
   }
-  return cache.lists.emplace(std::move(key), std::move(entry)).first->second;
+  return cache.lists.emplace(name, std::move(entry)).first->second;
 }
 
-ScriptColumn columnOf(const Generation& generation, const Field& field, ScriptLookUps& lookUps) {
+const ScriptType& typeOf(ScriptKind kind, std::string_view text, ScriptLookUps& cache) {
+  const auto known = cache.types.find(text);
+  if (known != cache.types.end()) return known->second;
+  return cache.types.emplace(text, scriptType(kind, text)).first->second;
+}
+
+ScriptColumn columnOf(const Generation& generation, ScriptKind kind, const Field& field, ScriptLookUps& lookUps) {
   ScriptColumn column;
   column.name = field.name;
-  column.type = field.type;
+  column.type = &typeOf(kind, field.type, lookUps);
   column.wholeDigits = numberIn(field.wholeDigits);
   column.fractionDigits = numberIn(field.fractionDigits);
   column.key = field.key;
@@ -45,9 +50,8 @@ ScriptColumn columnOf(const Generation& generation, const Field& field, ScriptLo
   column.defaultText = trim(field.defaultText);
   column.remark = field.remark;
   if (!field.valueList.empty()) {
-    const ScriptLookUps::ValueList& list = valueList(generation, field.valueList, lookUps);
-    column.values = list.values;
-    column.valuesAreText = list.text;
+    const ScriptValues& list = valueList(generation, field.valueList, lookUps);
+    if (!list.values.empty()) column.list = &list;
   }
   if (field.hasRange()) {
     column.rangeKind = field.rangeKind;
@@ -57,19 +61,48 @@ ScriptColumn columnOf(const Generation& generation, const Field& field, ScriptLo
   return column;
 }
 
+constexpr std::string_view ScriptColumn::*kColumnTexts[] = {&ScriptColumn::name,       &ScriptColumn::defaultText,
+                                                            &ScriptColumn::remark,     &ScriptColumn::rangeKind,
+                                                            &ScriptColumn::rangeStart, &ScriptColumn::rangeEnd};
+
+/// Moves the texts from the grid, which shows another table soon, to the table: in one piece, since a run over
+/// thousands of tables holds them all.
+void keepTexts(ScriptTable& table) {
+  std::size_t size = 0;
+  for (const ScriptColumn& column : table.columns)
+    for (const auto text : kColumnTexts) size += (column.*text).size();
+  table.columnTexts = std::make_unique<char[]>(size);
+  char* end = table.columnTexts.get();
+  for (ScriptColumn& column : table.columns)
+    for (const auto text : kColumnTexts) {
+      const std::string_view kept(end, (column.*text).copy(end, std::string_view::npos));
+      end += kept.size();
+      column.*text = kept;
+    }
+}
+
+/// The columns of the question for keys. "+ 0" keeps the storage from beginning with all fields of the System: few of
+/// them refer to others, and those have an index.
+enum ForeignColumn { kOwnId, kOwn, kReferred, kReferredId, kTable, kShortName, kSystem, kUser, kSource, kSpace };
+constexpr std::string_view kForeignRows =
+    "SELECT m.ID, m.項目名, s.項目名, s.ID, i.テーブル名, i.略名, i.システム名, sys.username, sys.odbcsouce, "
+    "sys.tablespace FROM (((MAS_TABLEDETAILES AS m "
+    "INNER JOIN MAS_TABLEDETAILES AS s ON (m.外部参照TABLEID + 0 = s.ID) AND (m.外部参照ROWNO = s.ROWNO)) "
+    "INNER JOIN MAS_TABLEINFO AS i ON s.ID = i.ID) INNER JOIN MAS_TABLEINFO AS t ON m.ID + 0 = t.ID) "
+    "LEFT JOIN MAS_SYSTEM AS sys ON i.システム名 = sys.システム名 WHERE ";
+
 std::string ownerOf(ScriptKind kind, const Recordset& row) {
-  if (kind == ScriptKind::PostgreSql)
-    return row.text("odbcsouce").empty() ? "public" : std::string(row.text("odbcsouce"));
-  return std::string(kind == ScriptKind::SqlServer ? row.text("tablespace") : row.text("username"));
+  if (kind == ScriptKind::PostgreSql) return row.text(kSource).empty() ? "public" : std::string(row.text(kSource));
+  return std::string(row.text(kind == ScriptKind::SqlServer ? kSpace : kUser));
 }
 
 /// Adds a pair of fields to the keys of a table. Two fields that refer to one and the same field are two keys.
 void addPair(const Generation& generation, ScriptKind kind, const Recordset& row,
              std::vector<ScriptForeign>& foreigns) {
-  const std::string_view own = trim(row.text("own"));
-  const std::string_view referred = trim(row.text("referred"));
+  const std::string_view own = trim(row.text(kOwn));
+  const std::string_view referred = trim(row.text(kReferred));
   if (own.empty() || referred.empty()) return;
-  const std::string_view id = row.text("referredID");
+  const std::string_view id = row.text(kReferredId);
   auto open = std::find_if(foreigns.begin(), foreigns.end(), [&](const ScriptForeign& foreign) {
     return foreign.referredId == id &&
            std::find(foreign.referred.begin(), foreign.referred.end(), referred) == foreign.referred.end();
@@ -77,10 +110,10 @@ void addPair(const Generation& generation, ScriptKind kind, const Recordset& row
   if (open == foreigns.end()) {
     ScriptForeign foreign;
     foreign.referredId = id;
-    foreign.referredTable = trim(row.text("テーブル名"));
-    foreign.referredShortName = trim(row.text("略名"));
+    foreign.referredTable = trim(row.text(kTable));
+    foreign.referredShortName = trim(row.text(kShortName));
     if (foreign.referredShortName.empty()) foreign.referredShortName = foreign.referredTable;
-    if (!equalsNoCase(row.text("システム名"), generation.system.name)) foreign.referredOwner = ownerOf(kind, row);
+    if (!equalsNoCase(row.text(kSystem), generation.system.name)) foreign.referredOwner = ownerOf(kind, row);
     open = foreigns.insert(foreigns.end(), std::move(foreign));
   }
   open->own.emplace_back(own);
@@ -89,20 +122,15 @@ void addPair(const Generation& generation, ScriptKind kind, const Recordset& row
 
 /// Reads the keys of the table on show or, for a run over many tables, those of the whole System.
 void readForeigns(const Generation& generation, ScriptKind kind, bool wholeSystem, ScriptLookUps& lookUps) {
-  std::string sql =
-      "SELECT m.ID AS ownID, m.項目名 AS own, s.項目名 AS referred, s.ID AS referredID, i.テーブル名, i.略名, "
-      "i.システム名, sys.username, sys.odbcsouce, sys.tablespace FROM (((MAS_TABLEDETAILES AS m "
-      "INNER JOIN MAS_TABLEDETAILES AS s ON (m.外部参照TABLEID = s.ID) AND (m.外部参照ROWNO = s.ROWNO)) "
-      "INNER JOIN MAS_TABLEINFO AS i ON s.ID = i.ID) INNER JOIN MAS_TABLEINFO AS t ON m.ID = t.ID) "
-      "LEFT JOIN MAS_SYSTEM AS sys ON i.システム名 = sys.システム名 WHERE ";
+  std::string sql(kForeignRows);
   if (wholeSystem) {
     sql += "t.システム名 = '" + gReplaceAll(generation.system.name, "'", "''") + "' AND m.外部参照TABLEID > 0";
   } else {
     sql += "m.ID = " + generation.table.lblID.caption;
   }
-  Recordset rows = generation.session.gDB->openRecordset(sql + " ORDER BY m.ID, s.ID, s.ROWNO, m.表示順");
+  Recordset rows = generation.session.gDB->openRecordset(sql + " ORDER BY m.ID + 0, s.ID, s.ROWNO, m.表示順");
   for (; !rows.eof(); rows.moveNext())
-    addPair(generation, kind, rows, lookUps.foreigns[std::string(rows.text("ownID"))]);
+    addPair(generation, kind, rows, lookUps.foreigns[std::string(rows.text(kOwnId))]);
 }
 
 /// Whether what the table needs is read with that of the whole System; a shared table belongs to another one.
@@ -138,7 +166,7 @@ const ScriptColumn* ScriptTable::column(std::string_view wanted) const {
 std::vector<std::string> ScriptTable::keyFields() const {
   std::vector<std::string> names;
   for (const ScriptColumn& column : columns)
-    if (column.key && !column.computed) names.push_back(column.name);
+    if (column.key && !column.computed) names.emplace_back(column.name);
   return names;
 }
 
@@ -152,7 +180,8 @@ ScriptTable readScriptTable(const Generation& generation, ScriptKind kind, Scrip
   table.memo = trim(shown.TxtMemo.text);
   const std::vector<Field> fields = readFields(shown);
   table.columns.reserve(fields.size());
-  for (const Field& field : fields) table.columns.push_back(columnOf(generation, field, lookUps));
+  for (const Field& field : fields) table.columns.push_back(columnOf(generation, kind, field, lookUps));
+  keepTexts(table);
   table.indexes = indexesOf(generation, lookUps);
   if (hasForeignKeys(fields)) table.foreigns = foreignsOf(generation, kind, lookUps);
   table.partition = trim(shown.txtPartitionRead.text);

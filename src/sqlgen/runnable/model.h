@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -12,22 +14,37 @@
 
 namespace quillmarden {
 
-/// A column as the definition has it, free of any dialect.
+/// A type as it is stored, with what every statement asks about it.
+struct ScriptType {
+  std::string text;   ///< without blanks around it
+  std::string lower;  ///< in lower case, without digits
+  TypeClass typeClass = TypeClass::Other;
+};
+ScriptType scriptType(ScriptKind kind, std::string_view text);
+
+/// The values of a list, blank ones left out.
+struct ScriptValues {
+  std::vector<std::string> values;
+  bool text = false;  ///< by the list's 型
+};
+
+/// A column as the definition has it, free of any dialect. Its texts lie with its table: a run holds a great many.
 struct ScriptColumn {
-  std::string name;
-  std::string type;  ///< as stored
+  std::string_view name;
+  const ScriptType* type = nullptr;
   double wholeDigits = 0;
   double fractionDigits = 0;
   bool key = false;
   bool notNull = false;
   bool computed = false;  ///< the remark is the expression
-  std::string defaultText;
-  std::string remark;
-  std::vector<std::string> values;  ///< of its value list
-  bool valuesAreText = false;
-  std::string rangeKind;
-  std::string rangeStart;
-  std::string rangeEnd;
+  std::string_view defaultText;
+  std::string_view remark;
+  const ScriptValues* list = nullptr;  ///< nullptr without a value list, and for one without values
+  std::string_view rangeKind;
+  std::string_view rangeStart;
+  std::string_view rangeEnd;
+
+  bool checked() const { return list || !rangeKind.empty(); }
 };
 
 /// The fields of one table that refer to one other table, in the order of the referred fields.
@@ -48,6 +65,7 @@ struct ScriptTable {
   std::string memo;
   std::string head;  ///< the comment block in front of its CREATE
   std::vector<ScriptColumn> columns;
+  std::unique_ptr<char[]> columnTexts;  ///< what the columns' texts are parts of
   std::vector<TableIndex> indexes;
   std::vector<ScriptForeign> foreigns;
   std::string partition;  ///< fields of PARTITION BY RANGE
@@ -70,11 +88,16 @@ struct ScriptView {
 
 /// What a run looks up beside the grid, each once.
 struct ScriptLookUps {
-  struct ValueList {
-    std::vector<std::string> values;
-    bool text = false;
+  /// Finds by parts of texts, without a copy.
+  struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
   };
-  std::unordered_map<std::string, ValueList> lists;  ///< by name
+  template <typename Value>
+  using ByText = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
+
+  ByText<ScriptValues> lists;  ///< by name
+  ByText<ScriptType> types;    ///< by their text as stored
   /// Set for a run over many tables: keys and indexes of the whole System are then read in one go.
   bool manyTables = false;
   bool foreignsRead = false;

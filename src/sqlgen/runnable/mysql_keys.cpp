@@ -27,8 +27,8 @@ std::vector<std::string> mySqlKeyLengths(const ScriptTable& table, const std::ve
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const ScriptColumn* column = table.column(fields[i]);
     if (!column) continue;
-    const TypeClass type = classOf(mySqlDialect(), *column);
-    const std::string lower = lowerType(*column);
+    const TypeClass type = column->type->typeClass;
+    const std::string& lower = column->type->lower;
     const bool isText = (type == TypeClass::Text && lower != "enum" && lower != "set") || type == TypeClass::Binary;
     if (!isText) {
       total += 8;

@@ -1,6 +1,9 @@
 #include "sqlgen/runnable/reserved_words.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
 
 namespace quillmarden {
@@ -144,43 +147,57 @@ constexpr std::string_view kPostgreSql[] = {
 };
 // clang-format on
 
-constexpr std::size_t kLongestWord = 30;
+constexpr char lowered(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-template <std::size_t N>
-constexpr bool wellKept(const std::string_view (&words)[N]) {
-  return std::is_sorted(std::begin(words), std::end(words)) &&
-         std::all_of(std::begin(words), std::end(words), [](std::string_view w) { return w.size() <= kLongestWord; });
+/// Every column of a run asks, most of them in vain: a table by hash, made by the compiler, answers at the first look.
+constexpr std::size_t kSlots = 2048;
+
+constexpr std::size_t slotOf(std::string_view word) {
+  std::size_t hash = 0;
+  for (const char c : word) hash = hash * 31 + static_cast<unsigned char>(lowered(c));
+  return hash % kSlots;
 }
-static_assert(wellKept(kOracle) && wellKept(kTeradata) && wellKept(kSqlServer) && wellKept(kMySql) &&
-              wellKept(kPostgreSql));
 
-template <std::size_t N>
-bool holds(const std::string_view (&words)[N], std::string_view word) {
-  return std::binary_search(std::begin(words), std::end(words), word);
+/// The place of each word, from 1, in its slot or the next free one.
+template <const auto& words>
+constexpr std::array<std::uint16_t, kSlots> slotsOf() {
+  static_assert(std::size(words) < kSlots / 4);
+  std::array<std::uint16_t, kSlots> slots{};
+  for (std::size_t i = 0; i < std::size(words); ++i) {
+    std::size_t slot = slotOf(words[i]);
+    while (slots[slot] != 0) slot = (slot + 1) % kSlots;
+    slots[slot] = static_cast<std::uint16_t>(i + 1);
+  }
+  return slots;
+}
+
+template <const auto& words>
+bool holds(std::string_view word) {
+  static constexpr std::array<std::uint16_t, kSlots> kPlaces = slotsOf<words>();
+  const auto same = [](char wordOfKind, char c) { return wordOfKind == lowered(c); };
+  for (std::size_t slot = slotOf(word); kPlaces[slot] != 0; slot = (slot + 1) % kSlots) {
+    const std::string_view known = words[kPlaces[slot] - 1];
+    if (std::equal(known.begin(), known.end(), word.begin(), word.end(), same)) return true;
+  }
+  return false;
 }
 
 }  // namespace
 
 bool isReservedWord(ScriptKind kind, std::string_view word) {
-  // Each column of a run asks, so nothing is allocated; no word needs more than ASCII.
-  char buffer[kLongestWord];
-  if (word.size() > sizeof buffer) return false;
-  std::transform(word.begin(), word.end(), buffer,
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  const std::string_view lower(buffer, word.size());
   switch (kind) {
     case ScriptKind::Oracle:
-      return holds(kOracle, lower);
+      return holds<kOracle>(word);
     case ScriptKind::Teradata:
-      return holds(kTeradata, lower);
+      return holds<kTeradata>(word);
     case ScriptKind::SqlServer:
-      return holds(kSqlServer, lower);
+      return holds<kSqlServer>(word);
     case ScriptKind::MySql:
-      return holds(kMySql, lower);
+      return holds<kMySql>(word);
     case ScriptKind::PostgreSql:
       break;
   }
-  return holds(kPostgreSql, lower);
+  return holds<kPostgreSql>(word);
 }
 
 }  // namespace quillmarden

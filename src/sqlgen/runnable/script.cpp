@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <unordered_set>
+#include <utility>
 
 #include "common/text.h"
+#include "sqlgen/runnable/tool_text.h"
 #include "sqlgen/runnable/writing.h"
 
 namespace quillmarden {
@@ -38,25 +40,20 @@ std::vector<const ScriptTable*> dropOrder(const Writing& writing) {
   return parentsFirst;
 }
 
-/// Oracle's command-line tool asks for a value where it meets this sign, in comments and literals too.
-bool asksForValues(const RunnableScript& script) {
-  const auto asks = [](std::string_view text) { return text.find('&') != std::string_view::npos; };
-  const auto columnAsks = [&](const ScriptColumn& column) {
-    return asks(column.name) || asks(column.remark) || asks(column.defaultText) ||
-           std::any_of(column.values.begin(), column.values.end(), asks);
-  };
-  const auto indexAsks = [&](const TableIndex& index) { return asks(index.name); };
-  return std::any_of(script.tables.begin(), script.tables.end(),
-                     [&](const ScriptTable& table) {
-                       return asks(table.head) || asks(table.memo) || asks(table.name) ||
-                              std::any_of(table.columns.begin(), table.columns.end(), columnAsks) ||
-                              std::any_of(table.indexes.begin(), table.indexes.end(), indexAsks);
-                     }) ||
-         std::any_of(script.views.begin(), script.views.end(), [&](const ScriptView& view) {
-           return asks(view.head) || std::any_of(view.items.begin(), view.items.end(), [&](const auto& item) {
-                    return asks(item.first) || asks(item.second);
-                  });
-         });
+// --- schemas
+
+/// The schema of the tables, where the kind can make one. What the server has by itself needs no making.
+void putSchema(Writing& writing, const ScriptSink& sink) {
+  if (writing.script.tables.empty()) return;
+  const TableNames& names = namesOf(writing, writing.script.tables.front());
+  if (names.schema.empty()) return;
+  ScriptText text;
+  if (writing.dialect.createSchema) {
+    text.text = writing.dialect.createSchema(names.schema);
+  } else {
+    putRemark(text, "スキーマは作成されている必要があります", names.schema);
+  }
+  if (!text.text.empty()) sink("", std::move(text));
 }
 
 /// Copies of the tables as they are now, where they are there.
@@ -69,7 +66,7 @@ void putBackups(Writing& writing, const ScriptSink& sink) {
     text.text +=
         oracleIfThere("CREATE TABLE " + copy.qualified + " AS SELECT * FROM " + namesOf(writing, table).qualified);
   }
-  if (!text.text.empty()) sink("", text);
+  if (!text.text.empty()) sink("", std::move(text));
 }
 
 void putDrops(Writing& writing, const ScriptSink& sink) {
@@ -81,7 +78,7 @@ void putDrops(Writing& writing, const ScriptSink& sink) {
   for (const ScriptTable* table : dropOrder(writing)) text.text += writing.dialect.drop(namesOf(writing, *table));
   if (mySql) text.text += "SET FOREIGN_KEY_CHECKS = 1\r\n;\r\n";
   text.print();
-  sink("", text);
+  sink("", std::move(text));
 }
 
 // --- views
@@ -105,7 +102,7 @@ void putView(Writing& writing, const ScriptView& view, const ScriptSink& sink) {
   text.text = view.head;
   if (view.items.empty()) {
     putRemark(text, "項目がないため作成できません", view.name);
-    sink(view.name, text);
+    sink(view.name, std::move(text));
     return;
   }
   text.print(viewWords(dialect.kind), namesOf(writing, "view " + view.name, view.name).qualified, " AS");
@@ -115,7 +112,7 @@ void putView(Writing& writing, const ScriptView& view, const ScriptSink& sink) {
   }
   text.print("FROM ", defined ? namesOf(writing, *table).qualified : serverName(dialect, view.table), " a");
   text.print(dialect.end);
-  sink(view.name, text);
+  sink(view.name, std::move(text));
 }
 
 void putNameChanges(const Writing& writing, const ScriptSink& sink) {
@@ -127,7 +124,7 @@ void putNameChanges(const Writing& writing, const ScriptSink& sink) {
   put(writing.constraints);
   for (const auto& [id, scope] : writing.indexes) put(scope);
   for (const auto& [id, scope] : writing.columns) put(scope);
-  if (!text.text.empty()) sink("", text);
+  if (!text.text.empty()) sink("", std::move(text));
 }
 
 }  // namespace
@@ -143,7 +140,11 @@ std::optional<ScriptKind> scriptKindOf(std::string_view fileType) {
 }
 
 void putRunnableScript(const RunnableScript& script, const SystemRecord& system, Database& database,
-                       const RunnableOptions& options, const ScriptSink& sink) {
+                       const RunnableOptions& options, const ScriptSink& target) {
+  const ScriptSink sink = [&](const std::string& table, ScriptText text) {
+    text.text = toolText(script.kind, std::move(text.text));
+    target(table, std::move(text));
+  };
   Writing writing{script, system, database, options, dialectOf(script.kind)};
   for (const ScriptTable& table : script.tables) writing.byId.emplace(table.id, &table);
   for (const ScriptTable& table : script.tables) {  // tables choose before what hangs on them
@@ -151,7 +152,7 @@ void putRunnableScript(const RunnableScript& script, const SystemRecord& system,
     nameLongColumns(writing, table);
   }
   noteReferred(writing);
-  if (writing.dialect.kind == ScriptKind::Oracle && asksForValues(script)) sink("", ScriptText{"SET DEFINE OFF\r\n"});
+  putSchema(writing, sink);
   putBackups(writing, sink);
   putDrops(writing, sink);
   for (const ScriptTable& table : script.tables) putTable(writing, table, sink);

@@ -38,10 +38,10 @@ struct RunnableScript {
 };
 
 /// Takes each piece of the script with the name of its table.
-using ScriptSink = std::function<void(const std::string& table, const ScriptText& text)>;
+using ScriptSink = std::function<void(const std::string& table, ScriptText text)>;
 
 /// Writes drops, tables, unique indexes, keys between tables, other indexes, comments and views, in this order.
 void putRunnableScript(const RunnableScript& script, const SystemRecord& system, Database& database,
-                       const RunnableOptions& options, const ScriptSink& sink);
+                       const RunnableOptions& options, const ScriptSink& target);
 
 }  // namespace quillmarden

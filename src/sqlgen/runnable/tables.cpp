@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "common/text.h"
 #include "sqlgen/runnable/literals.h"
 #include "sqlgen/runnable/writing.h"
@@ -6,39 +8,52 @@ namespace quillmarden {
 
 namespace {
 
-std::string cutComment(std::string_view text, std::size_t most) {
-  return std::string(most > 0 ? firstCharacters(text, most) : text);
+constexpr std::size_t kUsualLine = 64;  ///< bytes of a statement about a column, rather too many than too few
+
+std::string_view cutComment(std::string_view text, std::size_t most) {
+  // Bytes are never fewer than characters: nearly all comments are known to fit without counting.
+  return most > 0 && text.size() > most ? firstCharacters(text, most) : text;
+}
+
+/// The column in a remark.
+std::string fieldText(const ScriptTable& table, const ScriptColumn& column) {
+  return table.name + "." + std::string(column.name);
 }
 
 /// Comments that the server would refuse stand cut in the statement; the script says so.
 void putCutComments(const Writing& writing, const ScriptTable& table, ScriptText& text) {
   const Dialect& dialect = writing.dialect;
   if (!writing.options.comments) return;
-  // Bytes are never fewer than characters: nearly all comments are known to fit without counting.
-  const auto isCut = [](const std::string& comment, std::size_t most) {
-    return most > 0 && comment.size() > most && cutComment(comment, most) != comment;
+  const auto isCut = [](std::string_view comment, std::size_t most) {
+    return cutComment(comment, most).size() != comment.size();
   };
   if (isCut(table.memo, dialect.tableComment)) putRemark(text, "コメントを切り詰めました", table.name);
   for (const ScriptColumn& column : table.columns)
     if (!column.computed && isCut(column.remark, dialect.columnComment))
-      putRemark(text, "コメントを切り詰めました", table.name + "." + column.name);
+      putRemark(text, "コメントを切り詰めました", fieldText(table, column));
 }
 
-std::string columnLine(Writing& writing, const ScriptTable& table, const ScriptColumn& column) {
+/// The column's line behind the table's opening bracket or comma.
+void putColumn(Writing& writing, const ScriptTable& table, const ScriptColumn& column, std::string& script) {
   const Dialect& dialect = writing.dialect;
-  std::string line = quotedColumn(writing, table.id, column.name);
-  if (column.computed) return line + dialect.computed(column.remark);
-  line.append(" ").append(dialect.type(column));
-  const std::string value = writing.options.defaults ? defaultLiteral(dialect, column) : std::string();
-  const std::string defaultClause = value.empty() ? "" : " DEFAULT " + value;
-  const bool identity = dialect.kind == ScriptKind::SqlServer && line.ends_with("identity(1,1)");
+  appendName(dialect, columnName(writing, table.id, column.name), script);
+  if (column.computed) {
+    script += dialect.computed(column.remark);
+    return;
+  }
+  script.append(" ").append(dialect.type(column));
+  const bool identity = dialect.kind == ScriptKind::SqlServer && script.ends_with("identity(1,1)");
   // A time stamp that may be Null has to say so on servers that think otherwise.
   const bool saysNull = dialect.kind == ScriptKind::MySql || dialect.kind == ScriptKind::SqlServer;
-  const std::string nullClause = column.notNull ? " NOT NULL" : saysNull && !identity ? " NULL" : "";
-  line += dialect.defaultBeforeNull ? defaultClause + nullClause : nullClause + defaultClause;
-  if (dialect.commentsInCreate() && writing.options.comments && !trim(column.remark).empty())
-    line += " COMMENT " + textLiteral(dialect, cutComment(column.remark, dialect.columnComment));
-  return line;
+  const std::string_view null = column.notNull ? " NOT NULL" : saysNull && !identity ? " NULL" : "";
+  if (!dialect.defaultBeforeNull) script += null;
+  if (const std::string value = writing.options.defaults ? defaultLiteral(dialect, column) : ""; !value.empty())
+    script.append(" DEFAULT ").append(value);
+  if (dialect.defaultBeforeNull) script += null;
+  if (dialect.commentsInCreate() && writing.options.comments && !trim(column.remark).empty()) {
+    script += " COMMENT ";
+    appendTextLiteral(dialect, cutComment(column.remark, dialect.columnComment), script);
+  }
 }
 
 void putKey(Writing& writing, const ScriptTable& table, ScriptText& text) {
@@ -64,12 +79,12 @@ void putKey(Writing& writing, const ScriptTable& table, ScriptText& text) {
 
 void putChecks(Writing& writing, const ScriptTable& table, ScriptText& text) {
   for (const ScriptColumn& column : table.columns) {
-    if (column.computed || (column.values.empty() && column.rangeKind.empty())) continue;
-    if (!writing.options.checks && !column.values.empty()) continue;
+    if (column.computed || !column.checked() || (column.list && !writing.options.checks)) continue;
     const std::string condition = checkCondition(writing.dialect, column, quotedColumn(writing, table.id, column.name));
     if (!condition.empty())
-      text.print("\t,CONSTRAINT ", madeName(writing, writing.constraints, "CK_", table.shortName + "_" + column.name),
-                 " CHECK (", condition, ")");
+      text.print("\t,CONSTRAINT ",
+                 madeName(writing, writing.constraints, "CK_", (table.shortName + "_").append(column.name)), " CHECK (",
+                 condition, ")");
   }
 }
 
@@ -111,17 +126,20 @@ void putTable(Writing& writing, const ScriptTable& table, const ScriptSink& sink
   };
   bool first = true;
   ScriptText body;
+  body.text.reserve(table.columns.size() * kUsualLine);
   for (const ScriptColumn& column : table.columns) {
     if (impossible(column)) {
-      putRemark(text, "計算式の項目を作成できません", table.name + "." + column.name);
+      putRemark(text, "計算式の項目を作成できません", fieldText(table, column));
       continue;
     }
-    body.print(first ? "\t" : "\t,", columnLine(writing, table, column));
+    body.text += first ? "\t" : "\t,";
+    putColumn(writing, table, column, body.text);
+    body.print();
     first = false;
   }
   if (first) {
     putRemark(text, "項目がないため作成できません", table.name);
-    sink(table.name, text);
+    sink(table.name, std::move(text));
     return;
   }
   putCutComments(writing, table, text);
@@ -131,21 +149,21 @@ void putTable(Writing& writing, const ScriptTable& table, const ScriptSink& sink
   putKey(writing, table, text);
   putChecks(writing, table, text);
   putTableEnd(writing, table, text);
-  sink(table.name, text);
+  sink(table.name, std::move(text));
 }
 
 void putComments(Writing& writing, const ScriptTable& table, const ScriptSink& sink) {
   ScriptText text;
-  const TableNames names = namesOf(writing, table);
+  text.text.reserve(table.columns.size() * kUsualLine * 2);
+  const TableNames& names = namesOf(writing, table);
   const Dialect& dialect = writing.dialect;
-  if (!table.memo.empty())
-    text.text += dialect.comment(dialect, names, "", cutComment(table.memo, dialect.tableComment));
+  if (!table.memo.empty()) dialect.comment(dialect, names, "", cutComment(table.memo, dialect.tableComment), text.text);
   for (const ScriptColumn& column : table.columns) {
     if (column.computed || trim(column.remark).empty()) continue;
-    text.text += dialect.comment(dialect, names, columnName(writing, table.id, column.name),
-                                 cutComment(column.remark, dialect.columnComment));
+    dialect.comment(dialect, names, columnName(writing, table.id, column.name),
+                    cutComment(column.remark, dialect.columnComment), text.text);
   }
-  if (!text.text.empty()) sink(table.name, text);
+  if (!text.text.empty()) sink(table.name, std::move(text));
 }
 
 }  // namespace quillmarden

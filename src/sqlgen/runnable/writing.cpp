@@ -35,12 +35,16 @@ TableNames namesOf(Writing& writing, const std::string& id, std::string_view nam
   return names;
 }
 
-TableNames namesOf(Writing& writing, const ScriptTable& table) { return namesOf(writing, table.id, table.name); }
+const TableNames& namesOf(Writing& writing, const ScriptTable& table) {
+  const auto known = writing.names.find(&table);
+  if (known != writing.names.end()) return known->second;
+  return writing.names.emplace(&table, namesOf(writing, table.id, table.name)).first->second;
+}
 
-std::string columnName(Writing& writing, const std::string& tableId, std::string_view name) {
+std::string_view columnName(Writing& writing, const std::string& tableId, std::string_view name) {
   auto scope = writing.columns.find(tableId);
   if (scope == writing.columns.end()) {
-    if (fits(writing.dialect, name)) return std::string(name);
+    if (fits(writing.dialect, name)) return name;
     scope = writing.columns.try_emplace(tableId, writing.dialect).first;
   }
   return scope->second.use(name, name);
@@ -91,7 +95,7 @@ std::vector<std::string> partitionFields(const ScriptTable& table) {
     const std::size_t comma = std::min(list.find(','), list.size());
     const std::string_view wanted = trim(list.substr(0, comma));
     for (const ScriptColumn& column : table.columns)
-      if (equalsNoCase(column.name, wanted)) fields.push_back(column.name);
+      if (equalsNoCase(column.name, wanted)) fields.emplace_back(column.name);
     list.remove_prefix(std::min(comma + 1, list.size()));
   }
   return fields;

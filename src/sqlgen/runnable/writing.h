@@ -26,21 +26,23 @@ struct Writing {
   Database& database;
   const RunnableOptions& options;
   const Dialect& dialect;
-  NameScope tables{dialect};  ///< with the indexes of the kinds where they share a schema's names
+  /// With the indexes of the kinds where they share a schema's names.
+  NameScope tables{dialect, dialect.kind == ScriptKind::MySql};
   NameScope constraints{dialect};
   std::map<std::string, NameScope> indexes{};  ///< by table ID, of the other kinds
   std::map<std::string, NameScope> columns{};  ///< by table ID
   std::unordered_map<std::string, const ScriptTable*> byId{};
+  std::unordered_map<const ScriptTable*, TableNames> names{};  ///< of the run's own tables
   std::unordered_set<std::string> referred{};  ///< of Oracle: what keys refer to, as referredKey() has it
 };
 
 /// The names of a table: with an owner, of one in another schema, which takes no name from this script.
 TableNames namesOf(Writing& writing, const std::string& id, std::string_view name, std::string_view owner = "");
-TableNames namesOf(Writing& writing, const ScriptTable& table);
+const TableNames& namesOf(Writing& writing, const ScriptTable& table);
 
 /// The name a column has been given. Names that fit keep what they have and are not even looked up, unless another of
 /// the table had to be cut.
-std::string columnName(Writing& writing, const std::string& tableId, std::string_view name);
+std::string_view columnName(Writing& writing, const std::string& tableId, std::string_view name);
 /// Where a name of a table is too long, the names of all its columns are given in their order.
 void nameLongColumns(Writing& writing, const ScriptTable& table);
 std::string quotedColumn(Writing& writing, const std::string& tableId, std::string_view name);

@@ -1,10 +1,11 @@
+SET DEFINE OFF
 -- *********************************** --
 -- システム名 : 	販売
 -- 概 要      : 	見本
 -- 	Create Date:2026/11/24 09:05
 -- *********************************** --
 
-SET DEFINE OFF
+-- スキーマは作成されている必要があります: SALES
 BEGIN
   EXECUTE IMMEDIATE 'CREATE TABLE SALES."order_BK1124090500" AS SELECT * FROM SALES."order"';
 EXCEPTION

@@ -4,6 +4,8 @@
 -- 	Create Date:2026/11/24 09:05
 -- *********************************** --
 
+CREATE SCHEMA IF NOT EXISTS sales
+;
 DROP TABLE IF EXISTS sales."order" CASCADE
 ;
 DROP TABLE IF EXISTS sales."T_LINE" CASCADE

@@ -4,6 +4,9 @@
 -- 	Create Date:2026/11/24 09:05
 -- *********************************** --
 
+IF SCHEMA_ID(N'sales') IS NULL
+EXEC sp_executesql N'CREATE SCHEMA sales'
+go
 DECLARE @sql nvarchar(max) = N''
 SELECT @sql = @sql + N'ALTER TABLE ' + QUOTENAME(OBJECT_SCHEMA_NAME(parent_object_id)) + N'.' + QUOTENAME(OBJECT_NAME(parent_object_id)) + N' DROP CONSTRAINT ' + QUOTENAME(name) + N';' FROM sys.foreign_keys WHERE referenced_object_id = OBJECT_ID(N'sales.[order]')
 EXEC sp_executesql @sql

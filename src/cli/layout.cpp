@@ -1,0 +1,43 @@
+#include "cli/layout.h"
+
+#include <fmt/format.h>
+
+#include "cli/console_host.h"
+#include "cli/console_session.h"
+#include "cli/generate.h"
+#include "excel/table_layout.h"
+
+namespace quillmarden {
+
+ExitStatus runLayout(Run& run) {
+  frmTBList list;
+  if (!openTableList(run, list)) return kFailed;
+  std::vector<int> rows = chosenRows(run, list);
+  if (rows.empty() && !run.options.tables.empty()) return kFailed;
+  if (rows.empty()) rows = allRows(list);
+
+  BookRun books;
+  books.outputFolder = run.options.outputFolder;
+  frmTBDetail detail;
+  ExitStatus status = kDone;
+  long done = 0;
+  for (const int row : rows) {
+    if (interrupted()) return failure(run, fmt::format("中断しました. {}件まで出力しています.", done));
+    const std::string& text = list.LstTable.rows[static_cast<std::size_t>(row)];
+    if (pGet_TableID2TableDetails(run.session, run.host, detail, tableListId(text))) {
+      status = failure(run, fmt::format("テーブルを読み込めませんでした.\n 名称 : {}", tableListName(text)));
+      continue;
+    }
+    const std::string path =
+        pPutCurrentTable2ExcelFile(run.session, run.host, books, detail, run.session.gCurrentSystemName, false);
+    if (path.empty()) {
+      status = kFailed;
+    } else {
+      run.output += path + "\n";
+    }
+    run.host.dialogs.progress(++done, static_cast<long>(rows.size()));
+  }
+  return status;
+}
+
+}  // namespace quillmarden

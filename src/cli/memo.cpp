@@ -1,0 +1,70 @@
+#include "cli/memo.h"
+
+#include <fmt/format.h>
+
+#include "cli/console_session.h"
+#include "cli/grid_file.h"
+#include "common/text.h"
+#include "operations/memo.h"
+#include "screen/date_time.h"
+
+namespace quillmarden {
+
+namespace {
+
+namespace col = memo_col;
+
+void putMemo(std::string& output, const Spread& grid) {
+  for (int row = 1; row <= grid.maxRows(); ++row) {
+    if (trim(grid.text(col::kSymbol, row)).empty() && trim(grid.text(col::kText, row)).empty()) continue;
+    for (int column = 1; column <= col::kCount; ++column) {
+      if (column > 1) output += '\t';
+      putCell(output, grid.text(column, row));
+    }
+    output += '\n';
+  }
+}
+
+std::string faultOf(const GridText& text, const Spread& grid) {
+  if (!text.fault.empty()) return text.fault;
+  for (std::size_t row = 0; row < text.rows.size(); ++row) {
+    const auto& cells = text.rows[row];
+    if (cells.size() < col::kCount || trim(cells[col::kCreated - 1]).empty()) continue;
+    if (!parseDateTime(trim(cells[col::kCreated - 1])))
+      return cellName(row + 1, col::kCreated, grid) + "が日時ではありません.";
+  }
+  return lengthFault(text, grid);
+}
+
+}  // namespace
+
+ExitStatus runMemo(Run& run) {
+  const Options& options = run.options;
+  frmTBDetail detail;
+  std::string text;
+  const bool saves = !options.saveFile.empty();
+  if ((saves && !readFile(run, options.saveFile, text)) || !enterSystem(run, options.system) ||
+      !openTable(run, options.table, detail))
+    return kFailed;
+  const bool editable = !detail.readOnly && run.session.gCanEdit;
+  if (saves && !editable) return failure(run, fmt::format("このテーブルは編集できません.\n {}", detail.caption));
+
+  frmMemo memo;
+  if (gGetMasTableMemo(run.session, run.host, memo, detail.lblID.caption, detail.lblSystemName.caption, editable))
+    return kFailed;
+  if (!saves) {
+    putMemo(run.output, memo.Spread);
+    return kDone;
+  }
+  const GridText lines = parseGridText(text, memo.Spread);
+  if (const std::string fault = faultOf(lines, memo.Spread); !fault.empty())
+    return failure(run, fmt::format("{}\n {}", options.saveFile, fault));
+  memo.Spread.setMaxRows(0);
+  memo.Spread.setMaxRows(static_cast<int>(lines.rows.size()));
+  for (std::size_t row = 0; row < lines.rows.size(); ++row)
+    for (std::size_t cell = 0; cell < lines.rows[row].size(); ++cell)
+      memo.Spread.setText(static_cast<int>(cell) + 1, static_cast<int>(row) + 1, lines.rows[row][cell]);
+  return CmdUpDate_Click(run.session, run.host, memo) ? kFailed : kDone;
+}
+
+}  // namespace quillmarden

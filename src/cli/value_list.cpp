@@ -1,0 +1,221 @@
+#include "cli/value_list.h"
+
+#include <fmt/format.h>
+
+#include <optional>
+#include <unordered_map>
+
+#include "cli/console_session.h"
+#include "cli/grid_file.h"
+#include "common/numbers.h"
+#include "common/text.h"
+#include "dictionary/frm_division.h"
+#include "repository/system_record.h"
+
+namespace quillmarden {
+
+namespace {
+
+namespace col = division_col;
+
+/// The cells that a file holds.
+constexpr int kFileColumns = col::kOutline;
+
+/// The columns of a file for values of this type.
+Spread fileGrid(const frmDivision& screen) {
+  std::vector<SpreadColumn> columns;
+  for (int column = 1; column <= kFileColumns; ++column) columns.push_back(screen.Spread.column(column));
+  Spread grid;
+  grid.setColumns(std::move(columns));
+  return grid;
+}
+
+bool isSet(std::string_view preset) { return preset == "-1" || preset == "○"; }
+
+std::string valueFault(std::string_view value, bool numeric, std::unordered_map<std::string, std::size_t>& seen) {
+  if (trim(value).empty()) return "";
+  const double number = gVal(value);
+  if (numeric && (number < -999 || number > 999 || number != static_cast<double>(static_cast<long>(number))))
+    return "が-999から999までの整数ではありません.";
+  if (!seen.emplace(value, seen.size()).second) return fmt::format(" : 値{}  が重複しています.", value);
+  return "";
+}
+
+/// What the screen would not let a person type, and its check for equal values, with the line and cell.
+std::string faultOf(const GridText& text, const Spread& grid) {
+  if (!text.fault.empty()) return text.fault;
+  const bool numeric = grid.column(col::kValue).kind == CellKind::Integer;
+  std::unordered_map<std::string, std::size_t> seen;
+  bool hasPreset = false;
+  for (std::size_t row = 0; row < text.rows.size(); ++row) {
+    const auto& cells = text.rows[row];
+    const std::string_view preset = trim(cells[0]);
+    if (!preset.empty() && preset != "0" && !isSet(preset))
+      return cellName(row + 1, col::kPreset, grid) + "は、-1 か 0 です.";
+    if (isSet(preset) && hasPreset) return cellName(row + 1, col::kPreset, grid) + "が2件以上あります.";
+    hasPreset = hasPreset || isSet(preset);
+    const std::string fault = cells.size() < col::kValue ? "" : valueFault(cells[col::kValue - 1], numeric, seen);
+    if (!fault.empty()) return cellName(row + 1, col::kValue, grid) + fault;
+  }
+  return lengthFault(text, grid);
+}
+
+/// Puts the file's rows in the place of the grid's; an entry whose value stays keeps its maker.
+void replaceEntries(Spread& grid, const std::vector<std::vector<std::string>>& rows) {
+  std::unordered_map<std::string, std::pair<std::string, std::string>> makers;
+  for (int row = 1; row <= grid.maxRows(); ++row)
+    makers.emplace(grid.text(col::kValue, row), std::pair(grid.text(col::kAuthor, row), grid.text(col::kCreated, row)));
+  grid.setMaxRows(0);
+  grid.setMaxRows(static_cast<int>(rows.size()));
+  for (int row = 1; row <= grid.maxRows(); ++row) {
+    const auto& cells = rows[static_cast<std::size_t>(row - 1)];
+    grid.setText(col::kPreset, row, isSet(trim(cells[0])) ? "-1" : "0");
+    for (std::size_t cell = 1; cell < cells.size(); ++cell) grid.setText(static_cast<int>(cell) + 1, row, cells[cell]);
+    const auto maker = makers.find(std::string(grid.text(col::kValue, row)));
+    if (maker == makers.end()) continue;
+    grid.setText(col::kAuthor, row, maker->second.first);
+    grid.setText(col::kCreated, row, maker->second.second);
+  }
+}
+
+void putLists(std::string& output, const ListBox& lists) {
+  for (const std::string& row : lists.rows) {
+    const ValueListItem item = splitValueListRow(row);
+    for (const std::string* cell : {&item.name, &item.system, &item.kind, &item.type, &item.memo}) {
+      if (cell != &item.name) output += '\t';
+      putCell(output, *cell);
+    }
+    output += '\n';
+  }
+}
+
+void putList(Run& run, const frmDivision& screen) {
+  std::string& output = run.output;
+  const ValueListItem item = valueListOnShow(screen);
+  const auto line = [&](std::string_view name, std::string_view value) {
+    output.append(name).append("\t");
+    putCell(output, value);
+    output += '\n';
+  };
+  if (!run.options.gridOnly) {
+    line("値名称", item.name);
+    line("システム名", item.system);
+    line("種別", item.kind);
+    line("型", item.type);
+    line("内容", item.memo);
+    output += '\n';
+  }
+  for (int row = 1; row <= screen.Spread.maxRows(); ++row) {
+    if (trim(screen.Spread.text(col::kValue, row)).empty()) continue;
+    for (int column = 1; column <= kFileColumns; ++column) {
+      if (column > 1) output += '\t';
+      putCell(output, screen.Spread.text(column, row));
+    }
+    output += '\n';
+  }
+}
+
+/// The System's own list of that name, else one that another System shares.
+std::optional<ValueListItem> findList(const frmDivision& screen, std::string_view system, std::string_view name) {
+  std::optional<ValueListItem> shared;
+  for (const std::string& row : screen.lstDivision.rows) {
+    ValueListItem item = splitValueListRow(row);
+    if (!equalsNoCase(trim(item.name), trim(name))) continue;
+    if (equalsNoCase(item.system, system)) return item;
+    if (!shared) shared = std::move(item);
+  }
+  return shared;
+}
+
+bool changesRecord(const Options& options) {
+  return !options.tableClass.empty() || !options.valueType.empty() || !options.memo.empty() ||
+         !options.allowOthers.empty();
+}
+
+/// Fills the record's screen with what is there and what the options say.
+bool fillRecord(Run& run, frmDiviInfo& info, const std::optional<ValueListItem>& item) {
+  const Options& options = run.options;
+  if (pGetDivisionInfo(run.session, run.host, info, item ? item->name : "")) return false;
+  if (!item) info.TxtDivName.text = options.valueList;
+  if (!options.tableClass.empty()) info.CmbClass.text = options.tableClass;
+  if (!options.valueType.empty()) info.CmbKata.text = options.valueType;
+  if (!options.memo.empty()) info.Txtbiko.text = options.memo;
+  if (!options.allowOthers.empty()) info.ChkAllSystem.value = options.allowOthers == "yes";
+  return !pChkDivisionInfo(run.session, run.host, info);
+}
+
+/// Shows the list under its saved type, takes the file's entries and saves them.
+bool saveEntries(Run& run, frmDivision& screen, const ValueListItem& item, std::string_view text) {
+  if (item.type == "Yes/No") return failure(run, "Yes/No型では、値を登録できません.") == kDone;
+  if (showValueList(run.session, run.host, screen, item)) return false;
+  const Spread grid = fileGrid(screen);
+  const GridText lines = parseGridText(text, grid);
+  if (const std::string fault = faultOf(lines, grid); !fault.empty())
+    return failure(run, fmt::format("{}\n {}", run.options.saveFile, fault)) == kDone;
+  replaceEntries(screen.Spread, lines.rows);
+  return !CmdUpDate_Click(run.session, run.host, screen);
+}
+
+ExitStatus saveList(Run& run, frmDivision& screen, const std::optional<ValueListItem>& item) {
+  const Options& options = run.options;
+  if (!run.session.gCanEdit)
+    return failure(run, fmt::format("この値リストは編集できません.\n 値名称 : {}", options.valueList));
+  if (item && !equalsNoCase(item->system, run.session.gCurrentSystemName)) {
+    return failure(
+        run, fmt::format("{}\nのシステムで定義されたものです.\nこのシステムで修正する権限がありません.", item->system));
+  }
+  std::string text;
+  if (!options.saveFile.empty() && !readFile(run, options.saveFile, text)) return kFailed;
+  frmDiviInfo info;
+  const bool record = changesRecord(options);
+  if (record && !fillRecord(run, info, item)) return kFailed;
+
+  // Record and entries together: a fault in the entries leaves no list without them.
+  Database& database = *run.session.gDB;
+  database.beginTrans();
+  bool saved = !record || !pPutDivisionInfo(run.session, run.host, info);
+  if (saved && !options.saveFile.empty()) {
+    ValueListItem target = item.value_or(ValueListItem{});
+    if (record)
+      target = {info.TxtDivName.text, run.session.gCurrentSystemName, info.CmbClass.text, info.CmbKata.text,
+                info.Txtbiko.text};
+    saved = saveEntries(run, screen, target, text);
+  }
+  if (saved)
+    database.commitTrans();
+  else
+    database.rollback();
+  return saved ? kDone : kFailed;
+}
+
+}  // namespace
+
+ExitStatus runValueList(Run& run) {
+  const Options& options = run.options;
+  if (!enterSystem(run, options.system)) return kFailed;
+  if (options.system == kAllSystems) return failure(run, "全システム共通では、値リストを扱えません.");
+  const bool saves = !options.saveFile.empty() || (!options.valueList.empty() && changesRecord(options));
+
+  frmDivision screen;
+  frmDivision_Load(run.session, run.host, screen);
+  const bool one = !options.valueList.empty();
+  screen.ChkAllSystem.value = one || options.withShared;
+  if (!one) {
+    screen.CmbClass.text = options.tableClass;
+    screen.CmbKata.text = options.valueType;
+  }
+  if (pGetDivisionList(run.session, run.host, screen)) return kFailed;
+  if (!one) {
+    putLists(run.output, screen.lstDivision);
+    return kDone;
+  }
+  const auto item = findList(screen, run.session.gCurrentSystemName, options.valueList);
+  if (!item && !changesRecord(options))
+    return failure(run, fmt::format("指定の値リストが存在しません.\n 値名称 : {}", options.valueList));
+  if (saves) return saveList(run, screen, item);
+  if (showValueList(run.session, run.host, screen, *item)) return kFailed;
+  putList(run, screen);
+  return kDone;
+}
+
+}  // namespace quillmarden

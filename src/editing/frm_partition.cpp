@@ -1,0 +1,62 @@
+#include "editing/frm_partition.h"
+
+#include "common/message.h"
+#include "common/text.h"
+#include "editing/detail_parts.h"
+
+namespace quillmarden {
+
+namespace {
+
+std::string joinedNames(const frmTBDetail& screen, const std::vector<int>& rows) {
+  std::string list;
+  for (int row : rows) {
+    const std::string_view name = trim(screen.Spread.text(field_col::kFieldName, row));
+    if (!name.empty()) list.append(list.empty() ? "" : ",").append(name);
+  }
+  return list;
+}
+
+/// True on failure, after its message.
+bool putPartition(Session& session, Host& host, frmTBDetail& screen, const std::string& list) {
+  try {
+    session.gDB->execute("UPDATE MAS_TABLEINFO AS t  SET  t.partition_field = '" + list +
+                         "'  WHERE t.ID= " + screen.lblID.caption);
+  } catch (const EngineError& error) {
+    tellError(session, host, "mnuPartition", error);
+    return true;
+  }
+  screen.txtPartitionRead.text = list;
+  screen.cmdPartition.enabled = !list.empty();
+  return false;
+}
+
+}  // namespace
+
+bool mnuPartition_Click(Session& session, Host& host, frmTBDetail& screen, const GridSelection& selection) {
+  if (!editable(screen) || !screen.mnuPartition.visible) return true;
+  if (selection.size() > 1) {
+    gMsgBox(host, "複数の選択はできません.");
+    return true;
+  }
+  const std::string list = joinedNames(screen, selectedRows(screen, selection));
+  if (list.empty()) return true;
+  const std::string& former = screen.txtPartitionRead.text;
+  if (!former.empty()) {
+    const std::string text =
+        joinLines({"既にPartitionの設定がされています.", " " + former, "   ↓", " " + list, "変更しますか?"});
+    if (gMsgBox(host, text, kYesNo | kQuestionIcon, "確認") != kYes) return true;
+  }
+  if (putPartition(session, host, screen, list)) return true;
+  gMsgBox(host, joinLines({"Partitionを設定しました.", " " + list, "再読み込みすることで、背景色を設定します."}));
+  return false;
+}
+
+bool cmdPartition_Click(Session& session, Host& host, frmTBDetail& screen) {
+  if (!editable(screen) || !screen.cmdPartition.enabled) return true;
+  const std::string text = joinLines({"Partitionの設定を解除します.", " " + screen.txtPartitionRead.text});
+  if (gMsgBox(host, text, kYesNo | kQuestionIcon, "確認") != kYes) return true;
+  return putPartition(session, host, screen, "");
+}
+
+}  // namespace quillmarden

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "editing/frm_tb_detail.h"
+#include "editing/grid_operations.h"
+
+namespace quillmarden {
+
+/// Makes the field names of the selected rows the table's partition list. True when nothing was written.
+bool mnuPartition_Click(Session& session, Host& host, frmTBDetail& screen, const GridSelection& selection);
+/// Takes the partition list away after a question. True when nothing was written.
+bool cmdPartition_Click(Session& session, Host& host, frmTBDetail& screen);
+
+}  // namespace quillmarden

@@ -1,0 +1,129 @@
+#include "excel/book_run.h"
+
+#include <system_error>
+#include <utility>
+
+#include "common/message.h"
+#include "common/paths.h"
+#include "common/text.h"
+#include "common/utf8.h"
+#include "workbook/convert.h"
+
+namespace quillmarden {
+namespace {
+
+constexpr std::string_view kTemporaryFolder = "TempTemp_-_-";
+
+std::string isoTime(const DateTime& moment) {
+  return formatDateTime(moment, "yyyy-mm-dd") + "T" + formatDateTime(moment, "hh:nn:ss") + "Z";
+}
+
+}  // namespace
+
+bool readOutputSystem(Session& session, Host& host, std::string_view systemName, SystemRecord& system) {
+  if (trim(systemName).empty()) {
+    gMsgBox(host, "システム名が未設定です.", kStopIcon);
+    return false;
+  }
+  if (gMDB_GetSystemInfo(session, host, systemName, system)) return true;
+  session.log.gPutLog(host, "システム情報取得失敗");
+  gMsgBox(host, "システム情報取得失敗", kStopIcon);
+  return false;
+}
+
+std::string layoutFile(Session& session, const BookRun& run, const SystemRecord& system, std::string_view fileName) {
+  if (!run.outputFile.empty()) return run.outputFile.string();
+  std::string folder = run.outputFolder.string();
+  if (folder.empty()) {
+    folder = system.name.empty() ? gPathJoin(session.gDataFolder, "TableLayout") : system.workFolder;
+  }
+  gMakeFolder(folder);
+  return gSafePathJoin(folder, fileName);
+}
+
+std::string temporaryFile(const Session& session, std::string_view fileName) {
+  const std::string folder = gPathJoin(session.gDataFolder, kTemporaryFolder);
+  gMakeFolder(folder);
+  return gPathJoin(folder, fileName);
+}
+
+bool removeFormer(const std::string& path) {
+  const std::filesystem::path file = toPath(path);
+  if (heldBy(file)) return false;
+  std::error_code error;
+  std::filesystem::remove(file, error);
+  return !std::filesystem::exists(file, error);
+}
+
+void tellInUse(Host& host, const std::string& path) {
+  gMsgBox(host, joinLines({"指定ファイルは使用中です.", "  " + path, "確認して下さい.", "処理を中止します."}),
+          kStopIcon);
+}
+
+bool removeFormerOrTell(Host& host, const std::string& path) {
+  if (removeFormer(path)) return true;
+  tellInUse(host, path);
+  return false;
+}
+
+const Workbook& openTemplate(BookRun& run, const std::filesystem::path& file) {
+  const auto known = run.templates.find(file);
+  if (known != run.templates.end()) return known->second;
+  const auto read = [&file] {
+    try {
+      return Workbook::open(file);
+    } catch (const WorkbookError& error) {
+      if (error.fault() != WorkbookFault::OldBinaryForm) throw;
+      return Workbook::fromBytes(convertToPackage(file));
+    }
+  };
+  Workbook book = read();
+  try {
+    // Read now what every output reads, so that a damage is told with the template's name.
+    std::as_const(book).sheet(book.activeSheet()).used();
+    book.styleAt(0);
+  } catch (const WorkbookError& error) {
+    throw WorkbookError(error.fault(), file.string(), error.what());
+  }
+  return run.templates.emplace(file, std::move(book)).first->second;
+}
+
+void saveBook(Session& session, Host& host, Workbook& book, std::string_view title, const std::string& path) {
+  const std::string now = isoTime(host.clock.now());
+  book.setProperties({.title = std::string(title),
+                      .creator = session.gLoginUser,
+                      .lastModifiedBy = session.gLoginUser,
+                      .created = now,
+                      .modified = now});
+  // The output is a plain book, whatever its template was.
+  book.makePlain();
+  book.save(toPath(path));
+}
+
+void tellBookError(Session& session, Host& host, std::string_view routine, const std::exception& error) {
+  session.log.putError(host, routine, 0, error.what());
+  std::string text = joinLines({"Excel作成中にエラーが発生しました.", std::string(" ") + error.what()});
+  // A fault of the workbook itself has nothing to do with printers.
+  if (dynamic_cast<const WorkbookError*>(&error) == nullptr) text += "\nプリンタがインストールされていますか?";
+  gMsgBox(host, text);
+}
+
+void openFinished(Host& host, const std::string& path, std::string_view title) {
+  gMsgBox(host, "対象ファイルを開きます.", kInformationIcon, title);
+  host.opener.openFile(toPath(path));
+}
+
+std::string cutSheetName(std::string_view name) {
+  constexpr int kMostUnits = 31;
+  int units = 0;
+  std::size_t at = 0;
+  while (at < name.size()) {
+    const Utf8Step step = utf8At(name, at);
+    units += step.character > 0xFFFF ? 2 : 1;
+    if (units > kMostUnits) break;
+    at += step.size;
+  }
+  return std::string(name.substr(0, at));
+}
+
+}  // namespace quillmarden

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <exception>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "repository/session.h"
+#include "screen/host.h"
+#include "workbook/font_metrics.h"
+#include "workbook/workbook.h"
+
+namespace quillmarden {
+
+/// What the workbooks of one run share: fonts and templates are read once.
+struct BookRun {
+  FontBook fonts;
+  std::map<std::filesystem::path, Workbook> templates;
+  std::filesystem::path outputFolder;  ///< instead of the System's own folder; empty for that
+  std::filesystem::path outputFile;    ///< instead of the routine's own file; empty for that
+};
+
+/// Shows a wait text and takes it away at the end of its scope.
+class WaitText {
+ public:
+  WaitText(Host& host, std::string_view text) : host_(host) { host.dialogs.waitText(text); }
+  ~WaitText() { host_.dialogs.waitText(""); }
+  WaitText(const WaitText&) = delete;
+  WaitText& operator=(const WaitText&) = delete;
+
+ private:
+  Host& host_;
+};
+
+/// The record of the System that an output is for. False after a message: no System, or none of that name.
+bool readOutputSystem(Session& session, Host& host, std::string_view systemName, SystemRecord& system);
+
+/// A file in the folder of the run, or else in that System's folder for layouts, which is made when missing.
+std::string layoutFile(Session& session, const BookRun& run, const SystemRecord& system, std::string_view fileName);
+/// A file in the work folder of the program, which is made when missing.
+std::string temporaryFile(const Session& session, std::string_view fileName);
+
+/// Deletes an output of an earlier run. False when it can't be deleted or another office program holds it.
+bool removeFormer(const std::string& path);
+/// The message that names a file in use.
+void tellInUse(Host& host, const std::string& path);
+/// removeFormer, with that message.
+bool removeFormerOrTell(Host& host, const std::string& path);
+
+/// The template, read by its first use in the run; one in the old binary form is converted on the way. Throws
+/// WorkbookError.
+const Workbook& openTemplate(BookRun& run, const std::filesystem::path& file);
+
+/// The properties and the file of a finished book; the folder is there. Throws WorkbookError.
+void saveBook(Session& session, Host& host, Workbook& book, std::string_view title, const std::string& path);
+
+/// Logs and tells what ended an output.
+void tellBookError(Session& session, Host& host, std::string_view routine, const std::exception& error);
+
+/// Tells that the file will be opened, and opens it.
+void openFinished(Host& host, const std::string& path, std::string_view title = "確認");
+
+/// A sheet's name: what spreadsheet programs don't take beyond 31 UTF-16 units is cut off.
+std::string cutSheetName(std::string_view name);
+
+}  // namespace quillmarden

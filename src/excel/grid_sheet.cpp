@@ -1,0 +1,115 @@
+#include "excel/grid_sheet.h"
+
+#include <algorithm>
+
+#include "common/text.h"
+#include "workbook/sheet_measure.h"
+
+namespace quillmarden {
+namespace {
+
+constexpr double kPointsPerPixel = 72.0 / 96.0;
+// Column widths in digits. The first column holds the words of the heading, too.
+constexpr double kFirstColumn = 14;
+constexpr double kLeast = 8;
+constexpr double kMost = 80;
+
+/// Writes the titles and rows, and gives the width of each column's widest text in points.
+std::vector<double> putCells(Worksheet& sheet, FontBook& fonts, const SizedFont& font, int headRow,
+                             const SheetGrid& grid) {
+  std::vector<double> widths;
+  for (const std::string& title : grid.titles) {
+    widths.push_back(textWidth(fonts, font, title));
+    sheet.setText({headRow, static_cast<int>(widths.size())}, title);
+  }
+  for (int row = 1; row <= grid.rows; ++row) {
+    for (int column = 1; column <= static_cast<int>(widths.size()); ++column) {
+      const std::string_view text = grid.text(column, row);
+      if (text.empty()) continue;
+      if (grid.numbers) {
+        sheet.setEntered({headRow + row, column}, gExcelSafeText(text));
+      } else {
+        sheet.setText({headRow + row, column}, text);
+      }
+      double& width = widths[static_cast<std::size_t>(column - 1)];
+      // Nothing is measured that can't be the widest.
+      if (static_cast<double>(text.size()) * font.size > width) width = std::max(width, textWidth(fonts, font, text));
+    }
+  }
+  return widths;
+}
+
+void setWidths(Worksheet& sheet, const std::vector<double>& widths, double digit) {
+  sheet.setColumnWidth(1, 1, kFirstColumn);
+  for (std::size_t i = 0; i < widths.size(); ++i) {
+    const int column = static_cast<int>(i) + 1;
+    const double least = i == 0 ? kFirstColumn : kLeast;
+    sheet.setColumnWidth(column, column, std::clamp(widths[i] / digit + 1.5, least, kMost));
+  }
+}
+
+void frame(Worksheet& sheet, int headRow, const SheetGrid& grid) {
+  const int lastColumn = static_cast<int>(grid.titles.size());
+  if (lastColumn == 0) return;
+  constexpr std::uint32_t kRule = 0x9AA7B4;
+  const CellRange all({headRow, 1}, {headRow + grid.rows, lastColumn});
+  sheet.setGrid(all, {LineKind::Thin, CellColor::rgb(kRule)});
+  sheet.changeStyle(all, [](CellStyle& style) {
+    style.alignment.wrap = true;
+    style.alignment.vertical = VerticalAlign::Top;
+  });
+  sheet.changeStyle({{headRow, 1}, {headRow, lastColumn}}, [](CellStyle& style) {
+    constexpr int kHeadColour = 37;
+    style.fill = CellFill::solid(CellColor::index(kHeadColour));
+    style.font.bold = true;
+  });
+}
+
+/// Rows of several lines get the height that they need.
+void fitRows(Workbook& book, FontBook& fonts, int headRow, const SheetGrid& grid, double line) {
+  SheetMeasure measure(book, 0, fonts);
+  for (int row = headRow + 1; row <= headRow + grid.rows; ++row) {
+    const double needed = measure.neededHeight(row, 1, static_cast<int>(grid.titles.size()));
+    if (needed > line) book.sheet(0).setRowHeight(row, needed);
+  }
+}
+
+void setUpPage(Worksheet& sheet, int headRow) {
+  constexpr int kA4 = 9;
+  PageSetup page = sheet.pageSetup();
+  page.orientation = PageSetup::Orientation::Landscape;
+  page.paperSize = kA4;
+  page.fitToPage = true;
+  page.fitToHeight = 0;
+  page.titleRows = CellRange({headRow, 1}, {headRow, kMaxSheetColumn});
+  page.footer.center = "&P / &N";
+  sheet.setPageSetup(page);
+  sheet.freeze({headRow + 1, 1});
+  sheet.select(cellAt("A1"));
+}
+
+}  // namespace
+
+Workbook gridBook(FontBook& fonts, const std::vector<std::array<std::string, 2>>& heading, const SheetGrid& grid) {
+  Workbook book = Workbook::create();
+  Worksheet& sheet = book.sheet(0);
+  const CellStyle normal = book.styleAt(0);
+  const SizedFont font{normal.font.name, normal.font.size, false};
+  const double line = linesHeight(fonts, font, 1);
+  sheet.setDefaultRowHeight(line);
+  int row = 0;
+  for (const auto& [word, value] : heading) {
+    ++row;
+    sheet.setText({row, 1}, word);
+    sheet.setText({row, 2}, value);
+  }
+  const int headRow = row + 2;
+  const std::vector<double> widths = putCells(sheet, fonts, font, headRow, grid);
+  setWidths(sheet, widths, maxDigitWidth(fonts, font) * kPointsPerPixel);
+  frame(sheet, headRow, grid);
+  fitRows(book, fonts, headRow, grid, line);
+  setUpPage(sheet, headRow);
+  return book;
+}
+
+}  // namespace quillmarden

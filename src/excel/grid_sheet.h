@@ -1,0 +1,28 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "workbook/font_metrics.h"
+#include "workbook/workbook.h"
+
+namespace quillmarden {
+
+/// The grid of a screen as a sheet is to show it.
+struct SheetGrid {
+  std::vector<std::string> titles;
+  int rows = 0;
+  /// The text of a cell, columns and rows counting from 1; it stands until the next call.
+  std::function<std::string_view(int column, int row)> text;
+  bool numbers = true;  ///< texts that are numbers become numbers; false leaves all as texts
+};
+
+/// A book of one sheet: the heading's lines in columns A and B, below an empty row the titles, and under them the
+/// rows, framed and in columns as wide as their texts. It prints on A4 with the titles on every page. Throws
+/// WorkbookError.
+Workbook gridBook(FontBook& fonts, const std::vector<std::array<std::string, 2>>& heading, const SheetGrid& grid);
+
+}  // namespace quillmarden

@@ -1,0 +1,275 @@
+#include "excel/list_book.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "common/message.h"
+#include "common/numbers.h"
+#include "common/paths.h"
+#include "common/text.h"
+
+namespace quillmarden {
+namespace {
+
+constexpr std::array<std::string_view, 11> kTableHeads = {"No.",    "日本語名(論理名)", "テーブル名", "略名",
+                                                          "分類",   "データベース",     "備考",       "リバース",
+                                                          "DB件数", "DB履歴",           "件数"};
+constexpr std::array<std::string_view, 12> kFieldHeads = {
+    "No.", "日本語名(論理名)", "テーブル名", "No.", "項目名(JP)", "項目名(ENG)", "Key", "型", "桁数", "Null", "分類",
+    "備考"};
+constexpr std::string_view kMark = "○";
+
+constexpr std::string_view kTableSql =
+    "PARAMETERS [wanted] Long; SELECT 日本語名, テーブル名, 略名, 分類, ファイル種別, 概要, REVERSE_DB, 現在数, "
+    "現在保持, "
+    "想定数 FROM MAS_TABLEINFO WHERE ID = [wanted]";
+constexpr std::string_view kFieldSql =
+    "PARAMETERS [wanted] Long; SELECT 日本語名, 項目名, KEY, 型, 整数桁数, 少数桁数, Null値, 項目分類, 備考 FROM "
+    "MAS_TABLEDETAILES WHERE ID = [wanted] ORDER BY ROWNO";
+
+struct ListColumn {
+  double width;  ///< digits
+  bool wrap;
+};
+
+constexpr std::array<ListColumn, 11> kTableColumns = {{{6, false},
+                                                       {28, true},
+                                                       {28, true},
+                                                       {12, false},
+                                                       {16, true},
+                                                       {16, true},
+                                                       {48, true},
+                                                       {9, false},
+                                                       {12, false},
+                                                       {12, false},
+                                                       {12, false}}};
+constexpr std::array<ListColumn, 12> kFieldColumns = {{{6, false},
+                                                       {28, true},
+                                                       {28, true},
+                                                       {6, false},
+                                                       {26, true},
+                                                       {26, true},
+                                                       {5, true},
+                                                       {16, false},
+                                                       {9, false},
+                                                       {9, false},
+                                                       {9, false},
+                                                       {48, true}}};
+
+/// A list under way: its sheet and the next row.
+struct ListBook {
+  Session& session;
+  Worksheet& sheet;
+  FontBook& fonts;
+  SizedFont font;
+  std::span<const ListColumn> columns;
+  double digit;       ///< the width of a digit in points
+  double lineHeight;  ///< points
+  int row = 2;
+  int number = 0;
+  int lines = 1;  ///< of the row under way
+};
+
+/// An empty cell keeps the file small.
+void putText(ListBook& list, int column, std::string_view text) {
+  const std::string_view trimmed = trim(text);
+  if (trimmed.empty()) return;
+  list.sheet.setText({list.row, column}, trimmed);
+  const ListColumn& shape = list.columns[static_cast<std::size_t>(column - 1)];
+  const double width = shape.width * list.digit;
+  // No character is wider than an em: most texts need no measuring.
+  if (!shape.wrap ||
+      (static_cast<double>(trimmed.size()) * list.font.size <= width && trimmed.find('\n') == std::string_view::npos)) {
+    return;
+  }
+  list.lines = std::max(list.lines, wrappedLines(list.fonts, list.font, trimmed, width));
+}
+
+/// Rows of several lines get the height that they need.
+void endRow(ListBook& list) {
+  if (list.lines > 1) list.sheet.setRowHeight(list.row, list.lines * list.lineHeight);
+  list.lines = 1;
+  ++list.row;
+}
+
+void putNumber(ListBook& list, int column, const Recordset& row, int field) {
+  if (!row.isNull(field)) list.sheet.setNumber({list.row, column}, row.number(field));
+}
+
+void putTableLine(ListBook& list, const Recordset& table) {
+  list.sheet.setNumber({list.row, 1}, list.number);
+  for (int field = 0; field < 6; ++field) putText(list, field + 2, table.text(field));
+  if (table.integer(6) != 0) putText(list, 8, kMark);
+  for (int field = 7; field < 10; ++field) putNumber(list, field + 2, table, field);
+  endRow(list);
+}
+
+std::string digitsText(const Recordset& field) {
+  const std::int64_t whole = field.integer(4);
+  const std::int64_t fraction = field.integer(5);
+  if (fraction != 0) return fmt::format("({},{})", whole, fraction);
+  return whole == 0 ? "" : fmt::format("{}", whole);
+}
+
+void putFieldLines(ListBook& list, const Recordset& table, const std::vector<ParameterValue>& wanted) {
+  Recordset field = list.session.gDB->openRecordset(kFieldSql, wanted);
+  for (int number = 1; !field.eof(); field.moveNext(), ++number) {
+    list.sheet.setNumber({list.row, 1}, list.number);
+    putText(list, 2, table.text(0));
+    putText(list, 3, table.text(1));
+    list.sheet.setNumber({list.row, 4}, number);
+    putText(list, 5, field.text(0));
+    putText(list, 6, field.text(1));
+    if (field.integer(2) != 0) putText(list, 7, kMark);
+    putText(list, 8, field.text(3));
+    putText(list, 9, digitsText(field));
+    if (toUpper(field.text(6)).find("NOT") != std::string::npos) putText(list, 10, "×");
+    putText(list, 11, field.text(7));
+    putText(list, 12, field.text(8));
+    endRow(list);
+  }
+}
+
+/// Puts the rows' lines; false when the person stopped it.
+bool putLines(Host& host, ListBook& list, const std::vector<std::string>& rows, bool withFields) {
+  host.dialogs.progress(0, static_cast<long>(rows.size()));
+  for (const std::string& row : rows) {
+    if (host.dialogs.stopRequested()) return false;
+    const std::string_view id = tableListId(row);
+    if (id.empty()) continue;
+    host.dialogs.waitText(std::string(tableListName(row)) + " 出力中です....");
+    const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(id)))}};
+    const Recordset table = list.session.gDB->openRecordset(kTableSql, wanted);
+    if (table.eof()) continue;
+    ++list.number;
+    if (withFields) {
+      putFieldLines(list, table, wanted);
+    } else {
+      putTableLine(list, table);
+    }
+    host.dialogs.progress(list.number, static_cast<long>(rows.size()));
+    host.dialogs.yield();
+  }
+  return true;
+}
+
+/// The formats of whole columns, before their cells are written.
+void formatColumns(ListBook& list) {
+  list.sheet.setDefaultRowHeight(list.lineHeight);
+  for (std::size_t i = 0; i < list.columns.size(); ++i) {
+    const int column = static_cast<int>(i) + 1;
+    list.sheet.setColumnWidth(column, column, list.columns[i].width);
+    list.sheet.changeStyle({{1, column}, {kMaxSheetRow, column}}, [&](CellStyle& style) {
+      style.alignment.wrap = list.columns[i].wrap;
+      style.alignment.vertical = VerticalAlign::Top;
+    });
+  }
+  list.sheet.setNamedStyle(rangeAt("I:K"), "Comma [0]");
+}
+
+void frame(Worksheet& sheet, int lastRow, int lastColumn) {
+  constexpr int kHeadColour = 37;
+  constexpr std::uint32_t kRule = 0x9AA7B4;
+  const CellRange head({1, 1}, {1, lastColumn});
+  sheet.setGrid({{1, 1}, {lastRow, lastColumn}}, {LineKind::Thin, CellColor::rgb(kRule)});
+  sheet.changeStyle(head, [](CellStyle& style) {
+    style.fill = CellFill::solid(CellColor::index(kHeadColour));
+    style.font.bold = true;
+    style.alignment.horizontal = HorizontalAlign::Center;
+    style.alignment.vertical = VerticalAlign::Center;
+  });
+}
+
+void setUpPage(Worksheet& sheet) {
+  constexpr int kA4 = 9;
+  PageSetup page = sheet.pageSetup();
+  page.orientation = PageSetup::Orientation::Landscape;
+  page.paperSize = kA4;
+  page.fitToPage = true;
+  page.fitToHeight = 0;
+  page.titleRows = rangeAt("1:1");
+  page.header.center = "&A";
+  page.footer.left = "fileName:&F";
+  page.footer.center = "&P / &N";
+  sheet.setPageSetup(page);
+  sheet.freeze({2, 1});
+  sheet.select(cellAt("F2"));
+}
+
+std::string putListBook(Session& session, Host& host, BookRun& run, const frmTBList& list, bool withFields,
+                        bool& stopped) {
+  SystemRecord system;
+  if (!readOutputSystem(session, host, session.gCurrentSystemName, system)) return "";
+  const std::string path = layoutFile(session, run, system, session.gCurrentSystemName + "_TableLayout.xlsx");
+  if (!removeFormer(path)) {
+    gMsgBox(host, joinLines({"作業用ファイルが使用中です.", "すべてのExcelを閉じてください."}), kStopIcon);
+    return "";
+  }
+  Workbook book = Workbook::create({.sheetName = "テーブル一覧"});
+  const CellStyle normal = book.styleAt(0);
+  const SizedFont font{normal.font.name, normal.font.size, false};
+  constexpr double kPointsPerPixel = 72.0 / 96.0;
+  const std::span<const ListColumn> columns =
+      withFields ? std::span<const ListColumn>(kFieldColumns) : std::span<const ListColumn>(kTableColumns);
+  ListBook made{session,
+                book.sheet(0),
+                run.fonts,
+                font,
+                columns,
+                maxDigitWidth(run.fonts, font) * kPointsPerPixel,
+                linesHeight(run.fonts, font, 1)};
+  formatColumns(made);
+  const std::span<const std::string_view> heads =
+      withFields ? std::span<const std::string_view>(kFieldHeads) : std::span<const std::string_view>(kTableHeads);
+  for (std::size_t i = 0; i < heads.size(); ++i) made.sheet.setText({1, static_cast<int>(i) + 1}, heads[i]);
+  stopped = !putLines(host, made, outputRows(list), withFields);
+  host.dialogs.waitText("書式設定中です....");
+  frame(made.sheet, made.row - 1, static_cast<int>(heads.size()));
+  setUpPage(made.sheet);
+  saveBook(session, host, book, session.gCurrentSystemName, path);
+  return path;
+}
+
+}  // namespace
+
+std::vector<std::string> outputRows(const frmTBList& list) {
+  return list.LstTableSel.rows.empty() ? list.LstTable.rows : list.LstTableSel.rows;
+}
+
+std::string pPutTableListLayout2Excel(Session& session, Host& host, BookRun& run, const frmTBList& list,
+                                      bool withFields, bool openAfter) {
+  const WaitText wait(host, "Excel出力中です....");
+  try {
+    bool stopped = false;
+    const std::string path = putListBook(session, host, run, list, withFields, stopped);
+    if (stopped) {
+      gMsgBox(host, joinLines({"中止しました.", "必要に応じてデスクトップ等に保存してください."}));
+    }
+    if (openAfter && !path.empty()) openFinished(host, path);
+    return path;
+  } catch (const std::exception& error) {
+    tellBookError(session, host, "pPutTableListLayout2Excel", error);
+    return "";
+  }
+}
+
+std::string mnuExcelSelList_Click(Session& session, Host& host, BookRun& run, const frmTBList& list, bool withFields,
+                                  bool openAfter) {
+  if (list.LstTableSel.rows.empty()) {
+    gMsgBox(host, "選択されていません.");
+    return "";
+  }
+  return pPutTableListLayout2Excel(session, host, run, list, withFields, openAfter);
+}
+
+void mnuExcelPath_Click(Session& session, Host& host) {
+  SystemRecord system;
+  if (!readOutputSystem(session, host, session.gCurrentSystemName, system)) return;
+  gMakeFolder(system.workFolder);
+  if (!host.opener.openFolder(toPath(system.workFolder))) gMsgBox(host, "Explorerの起動に失敗しました");
+}
+
+}  // namespace quillmarden

@@ -1,0 +1,248 @@
+#include "excel/member_book.h"
+
+#include <algorithm>
+#include <array>
+
+#include "common/message.h"
+#include "common/names.h"
+#include "common/numbers.h"
+#include "common/paths.h"
+#include "common/text.h"
+#include "common/text_file.h"
+#include "workbook/sheet_measure.h"
+
+namespace quillmarden {
+namespace {
+
+constexpr std::string_view kMemberKind = "メンバー";
+
+struct MemberKind {
+  std::string_view type;
+  std::string Member::*value;
+};
+
+constexpr std::array kMemberKinds = {
+    MemberKind{"会社", &Member::company},    MemberKind{"会社略名", &Member::companyShort},
+    MemberKind{"所属1", &Member::division1}, MemberKind{"所属2", &Member::division2},
+    MemberKind{"役職", &Member::post},       MemberKind{"電話", &Member::phone},
+    MemberKind{"携帯", &Member::phone},      MemberKind{"Mail", &Member::mail},
+    MemberKind{"参加日", &Member::joined},   MemberKind{"終了日", &Member::left},
+    MemberKind{"役割", &Member::role},       MemberKind{"メモ", &Member::memo},
+};
+
+struct MemberColumn {
+  std::string_view head;
+  std::string Member::*value;
+  double width;
+};
+
+/// Behind the group's name.
+constexpr std::array kMemberColumns = {
+    MemberColumn{"会社", &Member::company, 24},    MemberColumn{"会社略名", &Member::companyShort, 14},
+    MemberColumn{"所属1", &Member::division1, 18}, MemberColumn{"所属2", &Member::division2, 18},
+    MemberColumn{"役職", &Member::post, 12},       MemberColumn{"氏名", &Member::name, 16},
+    MemberColumn{"電話", &Member::phone, 16},      MemberColumn{"Mail", &Member::mail, 28},
+    MemberColumn{"参加日", &Member::joined, 22},   MemberColumn{"終了日", &Member::left, 22},
+    MemberColumn{"役割", &Member::role, 24},       MemberColumn{"メモ", &Member::memo, 32},
+};
+
+/// A chosen table of the kind メンバー.
+struct Group {
+  std::string id;
+  std::string name;
+  std::string tableName;
+};
+
+/// The rows chosen for output; without any, the selected rows of the list; without any, all.
+std::vector<std::string> chosenRows(const frmTBList& list) {
+  std::vector<std::string> rows = list.LstTableSel.rows;
+  for (std::size_t i = 0; list.LstTableSel.rows.empty() && i < list.LstTable.rows.size(); ++i) {
+    if (list.LstTable.selected[i]) rows.push_back(list.LstTable.rows[i]);
+  }
+  return rows.empty() ? list.LstTable.rows : rows;
+}
+
+std::vector<Group> chosenGroups(Database& database, const frmTBList& list) {
+  std::vector<Group> groups;
+  for (const std::string& row : chosenRows(list)) {
+    const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(tableListId(row))))}};
+    const Recordset table = database.openRecordset(
+        "PARAMETERS [wanted] Long; SELECT ファイル種別, 日本語名, テーブル名 FROM MAS_TABLEINFO WHERE ID = [wanted]",
+        wanted);
+    if (table.eof() || table.text(0) != kMemberKind) continue;
+    groups.push_back(
+        {std::string(tableListId(row)), std::string(trim(table.text(1))), std::string(trim(table.text(2)))});
+  }
+  return groups;
+}
+
+/// One value of a field row: its lines joined, with its remark behind it.
+std::string valueText(std::string_view content, std::string_view remark) {
+  std::string text;
+  for (const std::string_view line : splitLines(content)) {
+    if (trim(line).empty()) continue;
+    text.append(text.empty() ? "" : ",").append(trim(line));
+  }
+  if (!text.empty() && !trim(remark).empty()) text.append(" (").append(trim(remark)).append(")");
+  return text;
+}
+
+void addValue(std::string& values, const std::string& value) {
+  if (value.empty()) return;
+  values.append(values.empty() ? "" : ",").append(value);
+}
+
+void putHeads(Worksheet& sheet) {
+  sheet.setText({1, 1}, "グループ");
+  sheet.setColumnWidth(1, 1, 20);
+  for (std::size_t i = 0; i < kMemberColumns.size(); ++i) {
+    const int column = static_cast<int>(i) + 2;
+    sheet.setText({1, column}, kMemberColumns[i].head);
+    sheet.setColumnWidth(column, column, kMemberColumns[i].width);
+  }
+}
+
+void format(Worksheet& sheet, int lastRow) {
+  constexpr int kHeadColour = 37;
+  constexpr int kA4 = 9;
+  const int lastColumn = static_cast<int>(kMemberColumns.size()) + 1;
+  const CellRange all({1, 1}, {lastRow, lastColumn});
+  sheet.changeStyle(all, [](CellStyle& style) {
+    style.alignment.wrap = true;
+    style.alignment.vertical = VerticalAlign::Top;
+  });
+  constexpr std::uint32_t kRule = 0x9AA7B4;
+  sheet.setGrid(all, {LineKind::Thin, CellColor::rgb(kRule)});
+  sheet.changeStyle({{1, 1}, {1, lastColumn}}, [](CellStyle& style) {
+    style.fill = CellFill::solid(CellColor::index(kHeadColour));
+    style.font.bold = true;
+    style.alignment.horizontal = HorizontalAlign::Center;
+  });
+  PageSetup page = sheet.pageSetup();
+  page.orientation = PageSetup::Orientation::Landscape;
+  page.paperSize = kA4;
+  page.fitToPage = true;
+  page.fitToHeight = 0;
+  page.titleRows = rangeAt("1:1");
+  page.footer.center = "&P / &N";
+  sheet.setPageSetup(page);
+  sheet.freeze({2, 2});
+  sheet.select(cellAt("A1"));
+}
+
+/// Each row as high as its texts need it.
+void fitRows(Workbook& book, FontBook& fonts, int lastRow) {
+  SheetMeasure measure(book, 0, fonts);
+  const int lastColumn = static_cast<int>(kMemberColumns.size()) + 1;
+  for (int row = 1; row <= lastRow; ++row) {
+    book.sheet(0).setRowHeight(row, measure.neededHeight(row, 1, lastColumn));
+  }
+}
+
+std::string putMembers(Session& session, Host& host, BookRun& run, const frmTBList& list) {
+  const std::vector<Group> groups = chosenGroups(*session.gDB, list);
+  if (groups.empty()) {
+    gMsgBox(host, "選択されていません.");
+    return "";
+  }
+  const std::string path = run.outputFile.empty() ? temporaryFile(session, "temptemp.xls") : run.outputFile.string();
+  if (!removeFormer(path)) {
+    gMsgBox(host, joinLines({"出力作業ファイル.", path + " が", "使用中のようです.", "処理を中止します."}));
+    return "";
+  }
+  const std::string sheetName =
+      groups.size() == 1 ? cutSheetName(gSafeFileName(groups.front().tableName)) : "メンバー一覧";
+  Workbook book = Workbook::create({.sheetName = sheetName});
+  Worksheet& sheet = book.sheet(0);
+  putHeads(sheet);
+  int row = 1;
+  for (const Group& group : groups) {
+    for (Member& member : pGetMemberData(*session.gDB, group.id)) {
+      if (member.name.empty()) member.name = group.name;
+      sheet.setText({++row, 1}, group.name);
+      for (std::size_t i = 0; i < kMemberColumns.size(); ++i) {
+        const std::string& value = member.*kMemberColumns[i].value;
+        if (!value.empty()) sheet.setText({row, static_cast<int>(i) + 2}, value);
+      }
+    }
+  }
+  format(sheet, row);
+  fitRows(book, run.fonts, row);
+  saveBook(session, host, book, sheetName, path);
+  return path;
+}
+
+}  // namespace
+
+std::vector<Member> pGetMemberData(Database& database, std::string_view tableId) {
+  std::vector<Member> members(1);
+  const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(tableId)))}};
+  Recordset row = database.openRecordset(
+      "PARAMETERS [wanted] Long; SELECT 型, 日本語名, 備考 FROM MAS_TABLEDETAILES WHERE ID = [wanted] ORDER BY 表示順, "
+      "ROWNO",
+      wanted);
+  for (; !row.eof(); row.moveNext()) {
+    const std::string_view type = trim(row.text(0));
+    const std::string value = valueText(row.text(1), row.text(2));
+    if (equalsNoCase(type, "氏名")) {
+      if (!members.back().name.empty()) members.emplace_back();
+      members.back().name = value;
+      continue;
+    }
+    const auto kind =
+        std::ranges::find_if(kMemberKinds, [type](const MemberKind& known) { return equalsNoCase(known.type, type); });
+    if (kind != kMemberKinds.end()) addValue(members.back().*(kind->value), value);
+  }
+  return members;
+}
+
+std::string pPutMemberExcel(Session& session, Host& host, BookRun& run, const frmTBList& list, bool openAfter) {
+  const WaitText wait(host, "Excel出力中です....");
+  try {
+    const std::string path = putMembers(session, host, run, list);
+    if (openAfter && !path.empty()) openFinished(host, path);
+    return path;
+  } catch (const std::exception& error) {
+    tellBookError(session, host, "pPutMemberExcel", error);
+    return "";
+  }
+}
+
+std::string mailAddresses(Database& database, const frmTBList& list) {
+  std::string text;
+  for (const Group& group : chosenGroups(database, list)) {
+    const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(group.id)))}};
+    Recordset row = database.openRecordset(
+        "PARAMETERS [wanted] Long; SELECT 型, 日本語名 FROM MAS_TABLEDETAILES WHERE ID = [wanted] ORDER BY 表示順, "
+        "ROWNO",
+        wanted);
+    std::string addresses;
+    for (; !row.eof(); row.moveNext()) {
+      if (toLower(trim(row.text(0))) == "mail") addValue(addresses, valueText(row.text(1), ""));
+    }
+    if (!addresses.empty()) text += (text.empty() ? "" : "\r\n") + addresses;
+  }
+  return text;
+}
+
+void mnuMail_Click(Session& session, Host& host, const frmTBList& list) {
+  if (gMsgBox(
+          host,
+          joinLines({"メールアドレス一覧を作成します.", "データベース=メンバーの", "メールをClipBordに複写します."}),
+          kYesNo | kQuestionIcon) != kYes) {
+    return;
+  }
+  try {
+    const std::string addresses = mailAddresses(*session.gDB, list);
+    if (addresses.empty()) {
+      gMsgBox(host, "有効なMailアドレスはありませんでした.");
+      return;
+    }
+    host.machine.setClipboard(addresses);
+    gMsgBox(host, "ClipBordに一覧作成しました.");
+  } catch (const EngineError& error) {
+    tellBookError(session, host, "mnuMail", error);
+  }
+}
+
+}  // namespace quillmarden

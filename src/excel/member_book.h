@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "editing/frm_tb_list.h"
+#include "excel/book_run.h"
+
+namespace quillmarden {
+
+/// A person of a group: what the rows of a メンバー table say of one.
+struct Member {
+  std::string name;
+  std::string company;
+  std::string companyShort;
+  std::string division1;
+  std::string division2;
+  std::string post;
+  std::string phone;
+  std::string mail;
+  std::string joined;
+  std::string left;
+  std::string role;
+  std::string memo;
+};
+
+/// The members of a メンバー table. A row of the kind 氏名 begins another person; a table without one is that person
+/// itself. Several values of one kind are joined by ",", each with its remark in " (" and ")". Throws EngineError.
+std::vector<Member> pGetMemberData(Database& database, std::string_view tableId);
+
+/// The member list of the chosen groups; the rows of other kinds are passed over. Gives the file, "" after a message.
+std::string pPutMemberExcel(Session& session, Host& host, BookRun& run, const frmTBList& list, bool openAfter);
+
+/// The mail addresses of the chosen groups: joined by ",", a line a group; "" when there are none.
+std::string mailAddresses(Database& database, const frmTBList& list);
+/// Puts them on the clipboard, after a question.
+void mnuMail_Click(Session& session, Host& host, const frmTBList& list);
+
+}  // namespace quillmarden

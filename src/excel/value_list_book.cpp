@@ -1,0 +1,39 @@
+#include "excel/value_list_book.h"
+
+#include "excel/grid_sheet.h"
+
+namespace quillmarden {
+namespace {
+
+std::string pPutCurrentAtaiList2ExcelFile(Session& session, Host& host, BookRun& run, const frmDivision& screen) {
+  const WaitText wait(host, "Excel出力中です....");
+  const std::string path = run.outputFile.empty() ? temporaryFile(session, "temptemp.xlsx") : run.outputFile.string();
+  if (!removeFormerOrTell(host, path)) return "";
+  const ValueListSheet list = valueListSheet(screen, session.gCurrentSystemName);
+  const SheetGrid grid = {.titles = list.titles,
+                          .rows = static_cast<int>(list.rows.size()),
+                          .text = [&list](int column, int row) -> std::string_view {
+                            return list.rows[static_cast<std::size_t>(row - 1)][static_cast<std::size_t>(column - 1)];
+                          },
+                          // The codes of a list of texts stay what they are, leading zeros and signs included.
+                          .numbers = screen.lblKata.caption != "文字"};
+  Workbook book = gridBook(run.fonts, list.heading, grid);
+  saveBook(session, host, book, screen.lblAtai.caption, path);
+  return path;
+}
+
+}  // namespace
+
+std::string CmdExcel_Click(Session& session, Host& host, BookRun& run, const frmDivision& screen, bool openAfter) {
+  if (pChkDivisionExcel(session, host, screen)) return "";
+  try {
+    const std::string path = pPutCurrentAtaiList2ExcelFile(session, host, run, screen);
+    if (openAfter && !path.empty()) openFinished(host, path);
+    return path;
+  } catch (const std::exception& error) {
+    tellBookError(session, host, "pPutCurrentAtaiList2ExcelFile", error);
+    return "";
+  }
+}
+
+}  // namespace quillmarden

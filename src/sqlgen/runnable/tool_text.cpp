@@ -1,0 +1,126 @@
+#include "sqlgen/runnable/tool_text.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "common/text.h"
+
+namespace quillmarden {
+
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kGoesOn = "' ||\r\n'";
+constexpr std::string_view kComment = "-- ";
+
+bool beginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }
+
+/// Where a line can end: bytes up to there.
+struct Places {
+  std::size_t between = 0;  ///< outside literals and names
+  std::size_t inside = 0;   ///< in a literal
+};
+
+/// Looks at the sign at `at` in a literal whose text begins at `begin`. Gives how many signs belong together: a doubled
+/// quote stays in one piece.
+std::size_t passInside(std::string_view line, std::size_t begin, std::size_t at, Places& places) {
+  const bool doubled = line[at] == '\'' && line.substr(at + 1).starts_with('\'');
+  if (at > begin && (doubled || (line[at] != '\'' && beginsCharacter(line[at])))) places.inside = at;
+  return doubled ? 2 : 1;
+}
+
+/// The last places of a line within the length.
+Places lastPlaces(std::string_view line, std::size_t most) {
+  Places places;
+  char quote = '\0';
+  std::size_t begin = 0;
+  for (std::size_t i = 0, passed = 1; i < std::min(most, line.size()); i += passed) {
+    const char c = line[i];
+    passed = quote == '\'' ? passInside(line, begin, i, places) : 1;
+    if (quote != '\0') {
+      if (c == quote && passed == 1) quote = '\0';
+      continue;
+    }
+    if (c == '\'' || c == '"') {
+      quote = c;
+      begin = i + 1;
+    }
+    // The tool takes a "-" at the end of a line for its own.
+    if (c == ' ' && i > 0 && line[i - 1] != '-') places.between = i;
+    if (c == ',' && i + 1 < line.size()) places.between = i + 1;
+  }
+  return places;
+}
+
+/// Breaks a statement's line between words, or a literal in two that are joined.
+void putStatementLine(std::string_view line, std::string& text) {
+  std::string rest(line);
+  while (rest.size() > kLongestOracleLine) {
+    const Places places = lastPlaces(rest, kLongestOracleLine - kGoesOn.size());
+    if (places.between > 0) {
+      text.append(rest, 0, places.between).append(kLineEnd);
+      rest.erase(0, places.between);
+    } else if (places.inside > 0) {
+      text.append(rest, 0, places.inside).append(kGoesOn.substr(0, kGoesOn.size() - 1));
+      rest.replace(0, places.inside, "'");
+    } else {
+      break;
+    }
+  }
+  text += rest;
+}
+
+void putCommentLine(std::string_view line, std::string& text) {
+  std::size_t most = kLongestOracleLine;
+  while (line.size() > most) {
+    std::size_t end = most;
+    while (!beginsCharacter(line[end])) --end;
+    text.append(line.substr(0, end)).append(kLineEnd).append(kComment);
+    line.remove_prefix(end);
+    most = kLongestOracleLine - kComment.size();
+  }
+  text += line;
+}
+
+std::string inShortLines(const std::string& text) {
+  std::string broken;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = std::min(text.find(kLineEnd, at), text.size());
+    const std::string_view line = std::string_view(text).substr(at, end - at);
+    if (line.size() <= kLongestOracleLine) {
+      broken += line;
+    } else {
+      (line.starts_with(kComment) ? putCommentLine : putStatementLine)(line, broken);
+    }
+    if (end < text.size()) broken += kLineEnd;
+    at = end + kLineEnd.size();
+  }
+  return broken;
+}
+
+/// Whether any line is too long.
+bool hasLongLine(std::string_view text) {
+  while (text.size() > kLongestOracleLine) {
+    const std::size_t end = text.rfind(kLineEnd, kLongestOracleLine);
+    if (end == std::string_view::npos) return true;
+    text.remove_prefix(end + kLineEnd.size());
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string toolText(ScriptKind kind, std::string text) {
+  if (kind == ScriptKind::Oracle && hasLongLine(text)) return inShortLines(text);
+  // The tool of SQL Server asks for the value of a name in these brackets. Literals have them apart already.
+  if (kind == ScriptKind::SqlServer && text.find("$(") != std::string::npos) return gReplaceAll(text, "$(", "$ (");
+  return text;
+}
+
+std::string toolFileHead(ScriptKind kind, const std::string& head) {
+  // The tool of Oracle asks for a value where it meets "&", in comments and literals too.
+  const std::string_view first = kind == ScriptKind::Oracle ? "SET DEFINE OFF\r\n" : "";
+  return toolText(kind, std::string(first).append(head));
+}
+
+}  // namespace quillmarden
