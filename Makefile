@@ -1,35 +1,41 @@
 # Every target does its own set-up: missing Debian packages are installed by scripts/install-packages.
-.PHONY: build test demo bench sanitize fuzz format lint clean
+.PHONY: build desktop test demo bench sanitize fuzz format lint clean
 
 RELEASE = build/release
 
 build:
 	scripts/install-packages build
-	cmake --preset release -DQM_TESTS=OFF -DQM_BENCH=OFF
+	cmake --preset release -DQM_TESTS=OFF -DQM_BENCH=OFF -DQM_DESKTOP=OFF
+	cmake --build --preset release
+
+# The desktop program beside the command line.
+desktop:
+	scripts/install-packages desktop
+	cmake --preset release -DQM_TESTS=OFF -DQM_BENCH=OFF -DQM_DESKTOP=ON
 	cmake --build --preset release
 
 test:
 	scripts/install-packages test
-	cmake --preset release -DQM_TESTS=ON -DQM_BENCH=ON
+	cmake --preset release -DQM_TESTS=ON -DQM_BENCH=ON -DQM_DESKTOP=ON
 	cmake --build --preset release
 	ctest --preset release
 
 demo:
 	scripts/install-packages build
-	cmake --preset release -DQM_TESTS=OFF -DQM_BENCH=OFF
+	cmake --preset release -DQM_TESTS=OFF -DQM_BENCH=OFF -DQM_DESKTOP=OFF
 	cmake --build --preset release
 	scripts/demo $(RELEASE)
 
 bench:
 	scripts/install-packages test
-	cmake --preset release -DQM_TESTS=ON -DQM_BENCH=ON
+	cmake --preset release -DQM_TESTS=ON -DQM_BENCH=ON -DQM_DESKTOP=ON
 	cmake --build --preset release
 	bench/run $(RELEASE)
 
 # The whole suite under the address and undefined-behaviour sanitizers.
 sanitize:
 	scripts/install-packages test
-	cmake --preset asan
+	cmake --preset asan -DQM_DESKTOP=ON
 	cmake --build --preset asan
 	ctest --preset asan
 

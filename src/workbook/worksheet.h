@@ -44,8 +44,8 @@ class Worksheet {
 
   // --- values. The cell's format stays, save where a function says otherwise.
 
-  /// A text as it stands, never taken for anything else; its line ends become LF. "" leaves an empty cell. More than 32767 UTF-16 units throw
-  /// BadValue.
+  /// A text as it stands, never taken for anything else; its line ends become LF. "" leaves an empty cell. More than
+  /// 32767 UTF-16 units throw BadValue.
   void setText(CellRef cell, std::string_view text);
   /// What a person types into the cell: behind "'" a text that keeps the mark out of sight (quotePrefix); behind "=" a
   /// formula, if it is one; a number if it would be shown exactly as typed; otherwise, and in cells of the format
