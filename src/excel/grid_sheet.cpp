@@ -51,18 +51,13 @@ void setWidths(Worksheet& sheet, const std::vector<double>& widths, double digit
 void frame(Worksheet& sheet, int headRow, const SheetGrid& grid) {
   const int lastColumn = static_cast<int>(grid.titles.size());
   if (lastColumn == 0) return;
-  constexpr std::uint32_t kRule = 0x9AA7B4;
   const CellRange all({headRow, 1}, {headRow + grid.rows, lastColumn});
-  sheet.setGrid(all, {LineKind::Thin, CellColor::rgb(kRule)});
+  sheet.setGrid(all, gridRule());
   sheet.changeStyle(all, [](CellStyle& style) {
     style.alignment.wrap = true;
     style.alignment.vertical = VerticalAlign::Top;
   });
-  sheet.changeStyle({{headRow, 1}, {headRow, lastColumn}}, [](CellStyle& style) {
-    constexpr int kHeadColour = 37;
-    style.fill = CellFill::solid(CellColor::index(kHeadColour));
-    style.font.bold = true;
-  });
+  styleTitles(sheet, {{headRow, 1}, {headRow, lastColumn}});
 }
 
 /// Rows of several lines get the height that they need.
@@ -74,21 +69,37 @@ void fitRows(Workbook& book, FontBook& fonts, int headRow, const SheetGrid& grid
   }
 }
 
-void setUpPage(Worksheet& sheet, int headRow) {
+}  // namespace
+
+BorderLine gridRule() {
+  constexpr std::uint32_t kGrey = 0x9AA7B4;
+  return {LineKind::Thin, CellColor::rgb(kGrey)};
+}
+
+void styleTitles(Worksheet& sheet, const CellRange& titles) {
+  sheet.changeStyle(titles, [](CellStyle& style) {
+    constexpr int kPaleBlue = 37;
+    style.fill = CellFill::solid(CellColor::index(kPaleBlue));
+    style.font.bold = true;
+    style.alignment.horizontal = HorizontalAlign::Center;
+  });
+}
+
+void setUpGridPage(Worksheet& sheet, int titleRow, int frozenColumns) {
   constexpr int kA4 = 9;
   PageSetup page = sheet.pageSetup();
   page.orientation = PageSetup::Orientation::Landscape;
   page.paperSize = kA4;
   page.fitToPage = true;
   page.fitToHeight = 0;
-  page.titleRows = CellRange({headRow, 1}, {headRow, kMaxSheetColumn});
+  page.titleRows = CellRange({titleRow, 1}, {titleRow, kMaxSheetColumn});
+  page.header.center = "&A";
+  page.footer.left = "fileName:&F";
   page.footer.center = "&P / &N";
   sheet.setPageSetup(page);
-  sheet.freeze({headRow + 1, 1});
+  sheet.freeze({titleRow + 1, frozenColumns + 1});
   sheet.select(cellAt("A1"));
 }
-
-}  // namespace
 
 Workbook gridBook(FontBook& fonts, const std::vector<std::array<std::string, 2>>& heading, const SheetGrid& grid) {
   Workbook book = Workbook::create();
@@ -108,7 +119,7 @@ Workbook gridBook(FontBook& fonts, const std::vector<std::array<std::string, 2>>
   setWidths(sheet, widths, maxDigitWidth(fonts, font) * kPointsPerPixel);
   frame(sheet, headRow, grid);
   fitRows(book, fonts, headRow, grid, line);
-  setUpPage(sheet, headRow);
+  setUpGridPage(sheet, headRow);
   return book;
 }
 

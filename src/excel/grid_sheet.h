@@ -11,6 +11,12 @@
 
 namespace quillmarden {
 
+/// The line between cells, and the look of the row of titles.
+BorderLine gridRule();
+void styleTitles(Worksheet& sheet, const CellRange& titles);
+/// Prints on A4 across, as many pages as it takes, with the titles on each, and keeps them in sight on the screen.
+void setUpGridPage(Worksheet& sheet, int titleRow, int frozenColumns = 0);
+
 /// The grid of a screen as a sheet is to show it.
 struct SheetGrid {
   std::vector<std::string> titles;

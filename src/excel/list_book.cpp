@@ -10,6 +10,7 @@
 #include "common/numbers.h"
 #include "common/paths.h"
 #include "common/text.h"
+#include "excel/grid_sheet.h"
 
 namespace quillmarden {
 namespace {
@@ -170,35 +171,6 @@ void formatColumns(ListBook& list) {
   list.sheet.setNamedStyle(rangeAt("I:K"), "Comma [0]");
 }
 
-void frame(Worksheet& sheet, int lastRow, int lastColumn) {
-  constexpr int kHeadColour = 37;
-  constexpr std::uint32_t kRule = 0x9AA7B4;
-  const CellRange head({1, 1}, {1, lastColumn});
-  sheet.setGrid({{1, 1}, {lastRow, lastColumn}}, {LineKind::Thin, CellColor::rgb(kRule)});
-  sheet.changeStyle(head, [](CellStyle& style) {
-    style.fill = CellFill::solid(CellColor::index(kHeadColour));
-    style.font.bold = true;
-    style.alignment.horizontal = HorizontalAlign::Center;
-    style.alignment.vertical = VerticalAlign::Center;
-  });
-}
-
-void setUpPage(Worksheet& sheet) {
-  constexpr int kA4 = 9;
-  PageSetup page = sheet.pageSetup();
-  page.orientation = PageSetup::Orientation::Landscape;
-  page.paperSize = kA4;
-  page.fitToPage = true;
-  page.fitToHeight = 0;
-  page.titleRows = rangeAt("1:1");
-  page.header.center = "&A";
-  page.footer.left = "fileName:&F";
-  page.footer.center = "&P / &N";
-  sheet.setPageSetup(page);
-  sheet.freeze({2, 1});
-  sheet.select(cellAt("F2"));
-}
-
 std::string putListBook(Session& session, Host& host, BookRun& run, const frmTBList& list, bool withFields,
                         bool& stopped) {
   SystemRecord system;
@@ -227,8 +199,11 @@ std::string putListBook(Session& session, Host& host, BookRun& run, const frmTBL
   for (std::size_t i = 0; i < heads.size(); ++i) made.sheet.setText({1, static_cast<int>(i) + 1}, heads[i]);
   stopped = !putLines(host, made, outputRows(list), withFields);
   host.dialogs.waitText("書式設定中です....");
-  frame(made.sheet, made.row - 1, static_cast<int>(heads.size()));
-  setUpPage(made.sheet);
+  const int lastColumn = static_cast<int>(heads.size());
+  made.sheet.setGrid({{1, 1}, {made.row - 1, lastColumn}}, gridRule());
+  styleTitles(made.sheet, {{1, 1}, {1, lastColumn}});
+  setUpGridPage(made.sheet, 1);
+  made.sheet.select(cellAt("F2"));
   saveBook(session, host, book, session.gCurrentSystemName, path);
   return path;
 }

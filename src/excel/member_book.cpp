@@ -9,6 +9,7 @@
 #include "common/paths.h"
 #include "common/text.h"
 #include "common/text_file.h"
+#include "excel/grid_sheet.h"
 #include "workbook/sheet_measure.h"
 
 namespace quillmarden {
@@ -103,31 +104,15 @@ void putHeads(Worksheet& sheet) {
 }
 
 void format(Worksheet& sheet, int lastRow) {
-  constexpr int kHeadColour = 37;
-  constexpr int kA4 = 9;
   const int lastColumn = static_cast<int>(kMemberColumns.size()) + 1;
   const CellRange all({1, 1}, {lastRow, lastColumn});
   sheet.changeStyle(all, [](CellStyle& style) {
     style.alignment.wrap = true;
     style.alignment.vertical = VerticalAlign::Top;
   });
-  constexpr std::uint32_t kRule = 0x9AA7B4;
-  sheet.setGrid(all, {LineKind::Thin, CellColor::rgb(kRule)});
-  sheet.changeStyle({{1, 1}, {1, lastColumn}}, [](CellStyle& style) {
-    style.fill = CellFill::solid(CellColor::index(kHeadColour));
-    style.font.bold = true;
-    style.alignment.horizontal = HorizontalAlign::Center;
-  });
-  PageSetup page = sheet.pageSetup();
-  page.orientation = PageSetup::Orientation::Landscape;
-  page.paperSize = kA4;
-  page.fitToPage = true;
-  page.fitToHeight = 0;
-  page.titleRows = rangeAt("1:1");
-  page.footer.center = "&P / &N";
-  sheet.setPageSetup(page);
-  sheet.freeze({2, 2});
-  sheet.select(cellAt("A1"));
+  sheet.setGrid(all, gridRule());
+  styleTitles(sheet, {{1, 1}, {1, lastColumn}});
+  setUpGridPage(sheet, 1, 1);
 }
 
 /// Each row as high as its texts need it.

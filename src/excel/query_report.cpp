@@ -8,7 +8,7 @@
 #include "common/numbers.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "workbook/sheet_measure.h"
+#include "excel/grid_sheet.h"
 
 namespace quillmarden {
 namespace {
@@ -86,83 +86,19 @@ bool pGetQueryData(Session& session, Host& host, frmReport& screen) {
   }
 }
 
-constexpr std::uint32_t kRule = 0x9AA7B4;
-constexpr int kHeadRow = 7;  ///< the titles stand below the query and its parameters
-
-void putQuery(Worksheet& sheet, const Session& session, const frmReport& screen) {
-  const auto line = [&sheet](int row, std::string_view label, std::string_view value) {
-    sheet.setText({row, 1}, label);
-    sheet.setText({row, 2}, value);
-  };
-  line(1, "システム名:", session.gCurrentSystemName);
-  line(2, "Query:", screen.CmbDataSource.text);
-  line(3, "パラメータ1:", screen.TxtPara[0].text);
-  line(4, "パラメータ2:", screen.TxtPara[1].text);
-  line(5, "パラメータ3:", "");
-}
-
-/// The grid as numbers where its cells are, framed, in columns as wide as their texts.
-void putGrid(Workbook& book, FontBook& fonts, const Spread& grid) {
-  Worksheet& sheet = book.sheet(0);
-  const CellStyle normal = book.styleAt(0);
-  const SizedFont font{normal.font.name, normal.font.size, false};
-  constexpr double kPointsPerPixel = 72.0 / 96.0;
-  constexpr double kLeast = 8;
-  constexpr double kMost = 80;
-  const double digit = maxDigitWidth(fonts, font) * kPointsPerPixel;
-  sheet.setDefaultRowHeight(linesHeight(fonts, font, 1));
-  std::vector<double> widths;
-  for (int column = 1; column <= grid.maxCols(); ++column) {
-    sheet.setText({kHeadRow, column}, grid.column(column).title);
-    widths.push_back(textWidth(fonts, font, grid.column(column).title));
-  }
-  for (int row = 1; row <= grid.maxRows(); ++row) {
-    for (int column = 1; column <= grid.maxCols(); ++column) {
-      const std::string_view text = grid.text(column, row);
-      if (text.empty()) continue;
-      sheet.setEntered({kHeadRow + row, column}, gExcelSafeText(text));
-      double& width = widths[static_cast<std::size_t>(column - 1)];
-      // Nothing is measured that can't be the widest.
-      if (static_cast<double>(text.size()) * font.size > width) width = std::max(width, textWidth(fonts, font, text));
-    }
-  }
-  sheet.setColumnWidth(1, 1, 14);
-  for (std::size_t i = 0; i < widths.size(); ++i) {
-    const double least = i == 0 ? 14 : kLeast;
-    const int column = static_cast<int>(i) + 1;
-    sheet.setColumnWidth(column, column, std::clamp(widths[i] / digit + 1.5, least, kMost));
-  }
-  const CellRange all({kHeadRow, 1}, {kHeadRow + grid.maxRows(), grid.maxCols()});
-  sheet.setGrid(all, {LineKind::Thin, CellColor::rgb(kRule)});
-  sheet.changeStyle(all, [](CellStyle& style) {
-    style.alignment.wrap = true;
-    style.alignment.vertical = VerticalAlign::Top;
-  });
-  sheet.changeStyle({{kHeadRow, 1}, {kHeadRow, grid.maxCols()}}, [](CellStyle& style) {
-    constexpr int kHeadColour = 37;
-    style.fill = CellFill::solid(CellColor::index(kHeadColour));
-    style.font.bold = true;
-  });
-  SheetMeasure measure(book, 0, fonts);
-  const double line = linesHeight(fonts, font, 1);
-  for (int row = kHeadRow + 1; row <= all.last.row; ++row) {
-    const double needed = measure.neededHeight(row, 1, grid.maxCols());
-    if (needed > line) sheet.setRowHeight(row, needed);
-  }
-}
-
-void setUpPage(Worksheet& sheet) {
-  constexpr int kA4 = 9;
-  PageSetup page = sheet.pageSetup();
-  page.orientation = PageSetup::Orientation::Landscape;
-  page.paperSize = kA4;
-  page.fitToPage = true;
-  page.fitToHeight = 0;
-  page.titleRows = CellRange({kHeadRow, 1}, {kHeadRow, kMaxSheetColumn});
-  page.footer.center = "&P / &N";
-  sheet.setPageSetup(page);
-  sheet.freeze({kHeadRow + 1, 1});
-  sheet.select(cellAt("A1"));
+Workbook reportBook(const Session& session, FontBook& fonts, const frmReport& screen) {
+  const Spread& cells = screen.Spread;
+  SheetGrid grid;
+  for (int column = 1; column <= cells.maxCols(); ++column) grid.titles.push_back(cells.column(column).title);
+  grid.rows = cells.maxRows();
+  grid.text = [&cells](int column, int row) { return cells.text(column, row); };
+  return gridBook(fonts,
+                  {{"システム名:", session.gCurrentSystemName},
+                   {"Query:", screen.CmbDataSource.text},
+                   {"パラメータ1:", screen.TxtPara[0].text},
+                   {"パラメータ2:", screen.TxtPara[1].text},
+                   {"パラメータ3:", ""}},
+                  grid);
 }
 
 std::string PutExcelFile(Session& session, Host& host, BookRun& run, const frmReport& screen) {
@@ -173,10 +109,7 @@ std::string PutExcelFile(Session& session, Host& host, BookRun& run, const frmRe
   const WaitText wait(host, "Excel出力中です....");
   const std::string path = run.outputFile.empty() ? temporaryFile(session, "temptemp.xlsx") : run.outputFile.string();
   if (!removeFormerOrTell(host, path)) return "";
-  Workbook book = Workbook::create();
-  putQuery(book.sheet(0), session, screen);
-  putGrid(book, run.fonts, screen.Spread);
-  setUpPage(book.sheet(0));
+  Workbook book = reportBook(session, run.fonts, screen);
   saveBook(session, host, book, screen.CmbDataSource.text, path);
   return path;
 }
