@@ -8,10 +8,8 @@
 #include "common/paths.h"
 #include "common/text.h"
 #include "sqlgen/clauses.h"
+#include "sqlgen/frame_run.h"
 #include "sqlgen/generators.h"
-#include "sqlgen/runnable/script.h"
-#include "sqlgen/runnable/tool_text.h"
-#include "sqlgen/sql_history.h"
 
 namespace quillmarden {
 
@@ -20,36 +18,6 @@ namespace {
 constexpr int kSelectionIndexes = 90;  ///< from here on an index belongs to a selection run
 constexpr int kSelectionSql = 98;
 constexpr int kSelectionSqlFull = 99;
-
-/// What a menu entry asks for.
-struct Menu {
-  bool views = false;         ///< VIEW statements for every row, whatever its kind
-  bool optionSwitch = false;  ///< clauses follow their options
-  bool allRows = false;
-  bool append = false;  ///< one row behind what the file holds already
-  bool head = true;
-  bool asks = true;
-  std::string_view question = "Sql文を作成します.";
-};
-
-/// One run and what all its rows share.
-struct Run {
-  Session& session;
-  Host& host;
-  frmTBList& list;
-  frmTBDetail& detail;
-  ListBox& rows;  ///< the list that the run goes through
-  const Menu& menu;
-  const RunTarget& target;
-  SystemRecord system{};
-  CheckListCache checkLists{};
-  SqlHistory history{};
-  std::vector<RunnableScript> runnable{};  ///< what a run in the runnable form has collected, one a kind
-  ScriptText waitingHead{};                ///< of such a run: the first table's kind decides what stands before it
-  RunResult result{};
-  long done = 0;
-  long total = 0;
-};
 
 using Generator = void (*)(const Generation&, ScriptText&);
 
@@ -79,7 +47,7 @@ bool isNoTable(std::string_view rowText) {
 
 bool ask(Host& host, std::string_view question) { return gMsgBox(host, question, kYesNo | kQuestionIcon) == kYes; }
 
-void putFileHead(const Run& run, ScriptText& script) {
+void putFileHead(const ScriptRun& run, ScriptText& script) {
   constexpr std::string_view kRuler = "-- *********************************** --";
   script.print(kRuler);
   script.print("-- システム名 : \t", oneLine(run.session.gCurrentSystemName));
@@ -96,12 +64,9 @@ void putFileHead(const Run& run, ScriptText& script) {
   script.print();
 }
 
-void writeScript(Run& run, ScriptFile& file, const std::string& table, const ScriptText& script) {
-  std::u32string lost = file.write(script.text);
-  if (!lost.empty()) run.result.lost.emplace_back(table, std::move(lost));
-}
+}  // namespace
 
-Generation generationOf(Run& run) {
+Generation generationOf(ScriptRun& run) {
   return {run.session,
           run.host,
           run.detail,
@@ -111,8 +76,15 @@ Generation generationOf(Run& run) {
           run.list.mnuCreateSQLBack.checked};
 }
 
+void writeScript(ScriptRun& run, ScriptFile& file, const std::string& table, const ScriptText& script) {
+  std::u32string lost = file.write(script.text);
+  if (!lost.empty()) run.result.lost.emplace_back(table, std::move(lost));
+}
+
+namespace {
+
 /// Writes the table on show in one piece, so that a full disk leaves whole tables.
-void putTable(Run& run, Generator generator, ScriptFile& file) {
+void putTable(ScriptRun& run, Generator generator, ScriptFile& file) {
   const std::string& table = run.detail.txtTableNameENG.text;
   const Generation generation = generationOf(run);
   ScriptText script;
@@ -126,90 +98,8 @@ void putTable(Run& run, Generator generator, ScriptFile& file) {
   ++run.result.tables;
 }
 
-bool isRunnable(const Run& run) { return !run.menu.views && run.list.mnuCreateSQLRunnable.checked; }
-
-constexpr long kManyTables = 20;  ///< from here on one look-up for the whole System is cheaper than one a table
-
-/// MySQL takes two hyphens for a comment only where a blank follows, so its ruler is of the other form.
-HeadStyle headStyleOf(const Run& run, ScriptKind kind) {
-  HeadStyle style = kind == ScriptKind::MySql ? blockHeadStyle() : HeadStyle();
-  if (kind == ScriptKind::PostgreSql) style.schema = run.system.odbcSource;
-  return style;
-}
-
-/// Writes the head that has waited; without a kind when no table has come.
-void putWaitingHead(Run& run, std::optional<ScriptKind> kind, ScriptFile& file) {
-  if (kind) run.waitingHead.text = toolFileHead(*kind, run.waitingHead.text);
-  if (!run.waitingHead.text.empty()) writeScript(run, file, "", run.waitingHead);
-  run.waitingHead.text.clear();
-}
-
-/// Keeps the table on show for the end of the run, with the text that stands in front of it.
-void collectTable(Run& run, ScriptKind kind, const std::string& fileHead) {
-  auto script = std::find_if(run.runnable.begin(), run.runnable.end(),
-                             [&](const RunnableScript& known) { return known.kind == kind; });
-  if (script == run.runnable.end()) {
-    script = run.runnable.insert(run.runnable.end(), RunnableScript{});
-    script->kind = kind;
-    script->lookUps.manyTables = run.total > kManyTables;
-  }
-  const Generation generation = generationOf(run);
-  ScriptText text;
-  text.text = fileHead;
-  putHead(generation, headStyleOf(run, kind), text);
-  if (run.detail.lblBunrui.caption == "VIEW") {
-    script->views.push_back(readScriptView(generation));
-    script->views.back().head = std::move(text.text);
-    return;
-  }
-  script->tables.push_back(readScriptTable(generation, kind, script->lookUps));
-  script->tables.back().head = std::move(text.text);
-}
-
-/// Parts of a script with the names of their tables.
-using Pieces = std::vector<std::pair<std::string, std::string>>;
-constexpr std::size_t kPiecesAtOnce = 100;
-constexpr std::size_t kWrittenAtOnce = 100000;
-
-/// Writes the pieces in one go. Only where something was lost are they looked at one by one.
-void writePieces(Run& run, ScriptFile& file, Pieces& pieces) {
-  std::string all;
-  for (const auto& [table, text] : pieces) all += text;
-  if (!file.write(all).empty()) {
-    for (const auto& [table, text] : pieces) {
-      std::u32string lost;
-      toCp932(text, &lost);
-      if (!lost.empty()) run.result.lost.emplace_back(table, std::move(lost));
-    }
-  }
-  pieces.clear();
-}
-
-/// Writes what the run has collected, and stamps it.
-void putRunnable(Run& run, ScriptFile& file) {
-  const AppSettings& settings = run.session.settings;
-  const Generation generation = generationOf(run);
-  const RunnableOptions options{.drops = generation.dropDue(),
-                                .foreignKeys = generation.due(settings.createSql2FkIsPut),
-                                .comments = generation.due(settings.createSql2CommentIsPut),
-                                .checks = generation.due(settings.createSql2CheckIsPut),
-                                .defaults = generation.due(settings.createSql2DefaultIsPut),
-                                .storage = generation.due(settings.createSql2StrageIsPut),
-                                .backup = generation.backup ? formatDateTime(run.host.clock.now(), "mmddhhnnss") : ""};
-  Pieces pieces;
-  for (const RunnableScript& script : run.runnable) {
-    putRunnableScript(script, run.system, *run.session.gDB, options, [&](const std::string& table, ScriptText text) {
-      pieces.emplace_back(table, std::move(text.text));
-      if (pieces.back().second.size() > kWrittenAtOnce || pieces.size() > kPiecesAtOnce) writePieces(run, file, pieces);
-    });
-    writePieces(run, file, pieces);
-    run.result.tables += static_cast<int>(script.tables.size() + script.views.size());
-    for (const ScriptTable& table : script.tables) stampTable(run.session, run.history, table.id, run.host.clock.now());
-  }
-}
-
 /// Selects the row, shows its table and writes its statements, or keeps them for the end of a run in the runnable form.
-void putRow(Run& run, int row, bool alone, ScriptFile& file, const std::string& fileHead) {
+void putRow(ScriptRun& run, int row, bool alone, ScriptFile& file, const std::string& fileHead) {
   const auto place = static_cast<std::size_t>(row);
   run.rows.listIndex = row;
   run.rows.selected[place] = true;
@@ -246,7 +136,7 @@ void putRow(Run& run, int row, bool alone, ScriptFile& file, const std::string& 
 
 /// Runs a part of the run; an error in it ends with the stamps of the tables that are in the file, and the message.
 template <typename Body>
-void guarded(Run& run, Body&& body) {
+void guarded(ScriptRun& run, Body&& body) {
   try {
     body();
   } catch (const std::exception& error) {
@@ -263,7 +153,7 @@ void guarded(Run& run, Body&& body) {
 }
 
 /// Rows of the list from first to last into the file, after its head.
-void putRows(Run& run, int first, int last) {
+void putRows(ScriptRun& run, int first, int last) {
   ScriptFile file(run.result.file, run.target.encoding, run.menu.append);
   ScriptText head;
   if (run.menu.head) putFileHead(run, head);
@@ -281,7 +171,7 @@ void putRows(Run& run, int first, int last) {
 }
 
 /// The end of a run in the runnable form; other runs have written everything by now.
-void putCollected(Run& run) {
+void putCollected(ScriptRun& run) {
   if (run.runnable.empty() && run.waitingHead.text.empty()) return;
   ScriptFile file(run.result.file, run.target.encoding, true);
   putWaitingHead(run, std::nullopt, file);
@@ -290,7 +180,7 @@ void putCollected(Run& run) {
 }
 
 /// The mark of a run under way: moving through the list asks nothing and loads no more than generators read.
-void setUnderWay(Run& run, bool underWay) {
+void setUnderWay(ScriptRun& run, bool underWay) {
   run.list.running = underWay;
   run.detail.batch = underWay;
   if (underWay) {
@@ -300,13 +190,13 @@ void setUnderWay(Run& run, bool underWay) {
 }
 
 /// Shows the list's current row on the detail screen again, as a person sees it.
-void showCurrentRow(Run& run) {
+void showCurrentRow(ScriptRun& run) {
   const std::string id(tableListId(run.rows.text()));
   if (!id.empty()) pGet_TableID2TableDetails(run.session, run.host, run.detail, id);
 }
 
 /// The script's place: the one asked for, or one in the System's folder, which is then made. Needs the System record.
-std::filesystem::path scriptFile(const Run& run, std::string_view prefix, std::string_view name) {
+std::filesystem::path scriptFile(const ScriptRun& run, std::string_view prefix, std::string_view name) {
   if (run.target.file) return *run.target.file;
   // A folder that cannot be made shows itself when the file is opened.
   gMakeFolder(run.system.tempWorkFolder);
@@ -320,7 +210,7 @@ void removeOldFile(const std::filesystem::path& file) {
     std::filesystem::remove(file, ignored);
 }
 
-std::string_view filePrefix(const Menu& menu) { return menu.views ? "SqlView_" : "Sql_"; }
+std::string_view filePrefix(const ScriptRunMenu& menu) { return menu.views ? "SqlView_" : "Sql_"; }
 
 /// Whether the run may begin; a refusal is told.
 bool mayBegin(Host& host, const frmTBDetail& detail, RunResult& result) {
@@ -332,8 +222,8 @@ bool mayBegin(Host& host, const frmTBDetail& detail, RunResult& result) {
 
 /// A run over the current row or all rows of LstTable.
 RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, const RunTarget& target,
-                  const Menu& menu) {
-  Run run{session, host, list, detail, list.LstTable, menu, target};
+                  const ScriptRunMenu& menu) {
+  ScriptRun run{session, host, list, detail, list.LstTable, menu, target};
   if (menu.asks && (!mayBegin(host, detail, run.result) || !ask(host, menu.question))) return run.result;
   setUnderWay(run, true);
   const int remembered = run.rows.listIndex;
@@ -365,8 +255,8 @@ RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& de
 
 /// A run over the selected rows of LstTableSel, each appended to the System's file.
 RunResult runSelection(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, const RunTarget& target,
-                       const Menu& menu) {
-  Run run{session, host, list, detail, list.LstTableSel, menu, target};
+                       const ScriptRunMenu& menu) {
+  ScriptRun run{session, host, list, detail, list.LstTableSel, menu, target};
   run.total = std::count(run.rows.selected.begin(), run.rows.selected.end(), true);
   if (run.total == 0) {
     gMsgBox(host, "選択されていないようです.", kOkOnly, "選択してね!");
@@ -411,7 +301,7 @@ void toggle(Session& session, MenuItem& item, bool& setting, std::string_view ke
 
 RunResult mnuCreateSql_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
                              const RunTarget& target) {
-  Menu menu;
+  ScriptRunMenu menu;
   menu.optionSwitch = index == 0 || index == 1 || index == kSelectionSql;
   menu.allRows = index == 1 || index == 3;
   menu.append = index == kSelectionSql || index == kSelectionSqlFull;
@@ -421,7 +311,7 @@ RunResult mnuCreateSql_Click(Session& session, Host& host, frmTBList& list, frmT
 
 RunResult mnuCreateSQLSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
                                 const RunTarget& target) {
-  Menu menu;
+  ScriptRunMenu menu;
   menu.optionSwitch = index == 0;
   menu.append = true;
   return runSelection(session, host, list, detail, target, menu);
@@ -429,7 +319,7 @@ RunResult mnuCreateSQLSel_Click(Session& session, Host& host, frmTBList& list, f
 
 RunResult mnuCreateView_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
                               const RunTarget& target) {
-  Menu menu;
+  ScriptRunMenu menu;
   menu.views = true;
   menu.append = index > 0;
   menu.head = index == 0;
@@ -439,7 +329,7 @@ RunResult mnuCreateView_Click(Session& session, Host& host, frmTBList& list, frm
 
 RunResult mnuCreateViewSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int,
                                  const RunTarget& target) {
-  Menu menu;
+  ScriptRunMenu menu;
   menu.views = true;
   menu.append = true;
   menu.head = false;
