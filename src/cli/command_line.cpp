@@ -351,8 +351,17 @@ void setWords(CLI::App& app) {
   app.get_help_ptr()->group("オプション");
 }
 
+/// The parser's own words, without those that the line before them has said in Japanese.
+std::string namesIn(std::string text) {
+  for (const std::string_view said :
+       {" is required", "The following argument was not expected: ", "The following arguments were not expected: "}) {
+    if (const std::size_t at = text.find(said); at != std::string::npos) text.erase(at, said.size());
+  }
+  return text;
+}
+
 ExitStatus usageError(const CLI::ParseError& error) {
-  std::string text = error.what();
+  std::string text = namesIn(error.what());
   if (dynamic_cast<const CLI::RequiredError*>(&error))
     text = "必要な指定がありません.\n " + text;
   else if (dynamic_cast<const CLI::ExtrasError*>(&error))

@@ -28,12 +28,12 @@ std::vector<SpreadColumn> columnsFor(std::string_view type) {
   std::vector<SpreadColumn> columns = {
       {.title = "初期値", .kind = CellKind::Check, .width = 4},
       {.title = "値", .kind = CellKind::Edit, .width = 8},
-      {.title = "概要", .kind = CellKind::Edit, .maxLength = kDivisionTextSize, .width = 20},
+      {.title = "概要", .kind = CellKind::Edit, .maxLength = kDivisionTextSize, .width = 18},
       {.title = "変更", .kind = CellKind::Static, .hidden = true},
       {.title = "作成者", .kind = CellKind::Static, .width = 5},
-      {.title = "作成日", .kind = CellKind::Static, .width = 8},
+      {.title = "作成日", .kind = CellKind::Static, .width = 12},
       {.title = "更新者", .kind = CellKind::Static, .width = 5},
-      {.title = "更新日", .kind = CellKind::Static, .width = 8},
+      {.title = "更新日", .kind = CellKind::Static, .width = 12},
   };
   SpreadColumn& value = columns[col::kValue - 1];
   if (type == "数値") {

@@ -13,6 +13,8 @@ namespace {
 namespace col = field_col;
 
 constexpr double kLargestRange = 999999999999.99;
+constexpr double kDateWidth = 7.5;   ///< of "yyyy/mm/dd", in letters "W"
+constexpr double kMomentWidth = 11;  ///< of "yyyy/mm/dd hh:nn"
 constexpr double kLargestDigits = 32767;
 constexpr double kLargestLength = 2147483647;
 
@@ -47,7 +49,7 @@ void showNumber(Columns& columns, int number, std::string_view title, CellKind k
 
 void showAudit(Columns& columns) {
   show(columns, col::kAuthor, "作成者", CellKind::Static);
-  show(columns, col::kCreated, "作成日", CellKind::Static);
+  show(columns, col::kCreated, "作成日", CellKind::Static).width = kMomentWidth;
 }
 
 void hide(Columns& columns, int number) { columns[static_cast<std::size_t>(number - 1)].hidden = true; }
@@ -94,6 +96,15 @@ double defaultWidth(int number, const SpreadColumn& column) {
   }
 }
 
+/// A width that cuts neither the title nor an entry of usual length. A half-width letter is narrower than a "W", and a
+/// margin goes around it.
+double fittingWidth(const SpreadColumn& column) {
+  constexpr std::size_t kUsualEntry = 10;
+  std::size_t longest = gLenB(column.title);
+  for (const std::string& entry : column.entries) longest = std::max(longest, std::min(gLenB(entry), kUsualEntry));
+  return static_cast<double>(longest) * 0.75 + 1;
+}
+
 /// The word of a mode in the settings; the grid's own name for those that share the plain columns.
 std::string_view modeWord(DetailMode mode) {
   switch (mode) {
@@ -113,7 +124,7 @@ std::string_view modeWord(DetailMode mode) {
 void setWidths(const Session& session, Columns& columns, DetailMode mode, bool keepWidths) {
   for (int number = 1; number <= col::kCount; ++number) {
     SpreadColumn& column = columns[static_cast<std::size_t>(number - 1)];
-    column.width = defaultWidth(number, column);
+    column.width = std::max({column.width, defaultWidth(number, column), fittingWidth(column)});
     if (!keepWidths || !session.ini) continue;
     const std::string stored = gGetFormSetting(*session.ini, "frmTBDetail", widthKey(mode, number));
     if (!isNumeric(stored)) continue;
@@ -217,6 +228,8 @@ void pSet_Spread4Prj(Session& session, frmTBDetail& screen, bool keepWidths) {
   show(columns, col::kDbCheck, "参照仕様書ファイル", CellKind::Edit, 100);
   show(columns, col::kOrder, "表示順", CellKind::Static);
   showAudit(columns);
+  for (const int date : {col::kWholeDigits, col::kFractionDigits, col::kDefault, col::kRangeKind})
+    columns[static_cast<std::size_t>(date - 1)].width = kDateWidth;
   take(session, screen, std::move(columns), DetailMode::Prj, keepWidths);
 }
 

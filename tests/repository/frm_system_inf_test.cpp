@@ -130,6 +130,8 @@ TEST_F(SystemScreen, LayoutFileMustBeThereWithItsRules) {
   expectFault("書式ファイルが存在しません.\n" + (program / fits).string() + "\nに複写して下さい.", "TxtLayoutFile");
   put(program / fits);
   expectFault("出力ルールが存在しません.\n出力ルールを作成してください.", "TxtLayoutFile");
+  // A template of the user's own does as well.
+  std::filesystem::rename(program / fits, session.gDataFolder + "/" + fits);
   put(session.gDataFolder + "/" + fits + ".inf");
   expectSave();
   EXPECT_TRUE(press());
