@@ -19,9 +19,6 @@ namespace {
 /// Facts stand in this many columns, each from top to bottom.
 constexpr int kFactRows = 4;
 constexpr int kFactHeight = 22;
-/// The columns of short numbers.
-constexpr int kFigures = 3;
-constexpr int kRates = 5;
 
 /// A text box that only shows: its name is the record's, its text a label.
 ElidedLabel* shown(Binder& binder, const char* name, ElidedLabel* label, const TextBox& control) {
@@ -80,9 +77,6 @@ class Facts {
     const int column = count_ / kFactRows * 3;
     layout_->addWidget(label, row, column);
     layout_->addWidget(value, row, column + 1);
-    // Names and moments need more room than figures.
-    const bool figures = count_ / kFactRows == kFigures || count_ / kFactRows == kRates;
-    layout_->setColumnStretch(column + 1, figures ? 1 : 2);
     if (button) layout_->addWidget(button, row, column + 2);
     layout_->setColumnMinimumWidth(column + 2, 16);
     ++count_;
