@@ -5,6 +5,7 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "excel/member_book.h"
 
 namespace quillmarden {
 namespace {
@@ -21,6 +22,10 @@ bool readTable(Session& session, Host& host, frmTBDetail& detail, const std::str
     if (field.name.empty()) field.name = trim(grid.text(field_col::kFieldName, row));
     if (field.name.empty()) continue;
     field.second = trim(grid.text(field_col::kRemark, row));
+    if (detail.mode == DetailMode::Member &&
+        !isMemberKindShown(session.settings, trim(grid.text(field_col::kType, row)))) {
+      continue;
+    }
     // The columns of members and programs have other meanings from the key on.
     if (detail.mode == DetailMode::Table) {
       field.key = isKey(grid.text(field_col::kKey, row));

@@ -47,13 +47,6 @@ constexpr std::array kMemberColumns = {
     MemberColumn{"役割", &Member::role, 24},       MemberColumn{"メモ", &Member::memo, 32},
 };
 
-/// A chosen table of the kind メンバー.
-struct Group {
-  std::string id;
-  std::string name;
-  std::string tableName;
-};
-
 /// The rows chosen for output; without any, the selected rows of the list; without any, all.
 std::vector<std::string> chosenRows(const frmTBList& list) {
   std::vector<std::string> rows = list.LstTableSel.rows;
@@ -61,20 +54,6 @@ std::vector<std::string> chosenRows(const frmTBList& list) {
     if (list.LstTable.selected[i]) rows.push_back(list.LstTable.rows[i]);
   }
   return rows.empty() ? list.LstTable.rows : rows;
-}
-
-std::vector<Group> chosenGroups(Database& database, const frmTBList& list) {
-  std::vector<Group> groups;
-  for (const std::string& row : chosenRows(list)) {
-    const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(tableListId(row))))}};
-    const Recordset table = database.openRecordset(
-        "PARAMETERS [wanted] Long; SELECT ファイル種別, 日本語名, テーブル名 FROM MAS_TABLEINFO WHERE ID = [wanted]",
-        wanted);
-    if (table.eof() || table.text(0) != kMemberKind) continue;
-    groups.push_back(
-        {std::string(tableListId(row)), std::string(trim(table.text(1))), std::string(trim(table.text(2)))});
-  }
-  return groups;
 }
 
 /// One value of a field row: its lines joined, with its remark behind it.
@@ -93,18 +72,26 @@ void addValue(std::string& values, const std::string& value) {
   values.append(values.empty() ? "" : ",").append(value);
 }
 
-void putHeads(Worksheet& sheet) {
+/// The columns that the options ask for.
+std::vector<MemberColumn> shownColumns(const AppSettings& settings) {
+  std::vector<MemberColumn> shown;
+  for (const MemberColumn& column : kMemberColumns) {
+    if (isMemberKindShown(settings, column.head)) shown.push_back(column);
+  }
+  return shown;
+}
+
+void putHeads(Worksheet& sheet, const std::vector<MemberColumn>& columns) {
   sheet.setText({1, 1}, "グループ");
   sheet.setColumnWidth(1, 1, 20);
-  for (std::size_t i = 0; i < kMemberColumns.size(); ++i) {
+  for (std::size_t i = 0; i < columns.size(); ++i) {
     const int column = static_cast<int>(i) + 2;
-    sheet.setText({1, column}, kMemberColumns[i].head);
-    sheet.setColumnWidth(column, column, kMemberColumns[i].width);
+    sheet.setText({1, column}, columns[i].head);
+    sheet.setColumnWidth(column, column, columns[i].width);
   }
 }
 
-void format(Worksheet& sheet, int lastRow) {
-  const int lastColumn = static_cast<int>(kMemberColumns.size()) + 1;
+void format(Worksheet& sheet, int lastRow, int lastColumn) {
   const CellRange all({1, 1}, {lastRow, lastColumn});
   sheet.changeStyle(all, [](CellStyle& style) {
     style.alignment.wrap = true;
@@ -116,9 +103,8 @@ void format(Worksheet& sheet, int lastRow) {
 }
 
 /// Each row as high as its texts need it.
-void fitRows(Workbook& book, FontBook& fonts, int lastRow) {
+void fitRows(Workbook& book, FontBook& fonts, int lastRow, int lastColumn) {
   SheetMeasure measure(book, 0, fonts);
-  const int lastColumn = static_cast<int>(kMemberColumns.size()) + 1;
   for (int row = 1; row <= lastRow; ++row) {
     book.sheet(0).setRowHeight(row, measure.neededHeight(row, 1, lastColumn));
   }
@@ -139,25 +125,51 @@ std::string putMembers(Session& session, Host& host, BookRun& run, const frmTBLi
       groups.size() == 1 ? cutSheetName(gSafeFileName(groups.front().tableName)) : "メンバー一覧";
   Workbook book = Workbook::create({.sheetName = sheetName});
   Worksheet& sheet = book.sheet(0);
-  putHeads(sheet);
+  const std::vector<MemberColumn> columns = shownColumns(session.settings);
+  const int lastColumn = static_cast<int>(columns.size()) + 1;
+  putHeads(sheet, columns);
   int row = 1;
   for (const Group& group : groups) {
     for (Member& member : pGetMemberData(*session.gDB, group.id)) {
       if (member.name.empty()) member.name = group.name;
       sheet.setText({++row, 1}, group.name);
-      for (std::size_t i = 0; i < kMemberColumns.size(); ++i) {
-        const std::string& value = member.*kMemberColumns[i].value;
+      for (std::size_t i = 0; i < columns.size(); ++i) {
+        const std::string& value = member.*columns[i].value;
         if (!value.empty()) sheet.setText({row, static_cast<int>(i) + 2}, value);
       }
     }
   }
-  format(sheet, row);
-  fitRows(book, run.fonts, row);
+  format(sheet, row, lastColumn);
+  fitRows(book, run.fonts, row, lastColumn);
   saveBook(session, host, book, sheetName, path);
   return path;
 }
 
 }  // namespace
+
+std::vector<Group> chosenGroups(Database& database, const frmTBList& list) {
+  std::vector<Group> groups;
+  for (const std::string& row : chosenRows(list)) {
+    const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(tableListId(row))))}};
+    const Recordset table = database.openRecordset(
+        "PARAMETERS [wanted] Long; SELECT ファイル種別, 日本語名, テーブル名 FROM MAS_TABLEINFO WHERE ID = [wanted]",
+        wanted);
+    if (table.eof() || table.text(0) != kMemberKind) continue;
+    groups.push_back(
+        {std::string(tableListId(row)), std::string(trim(table.text(1))), std::string(trim(table.text(2)))});
+  }
+  return groups;
+}
+
+bool isMemberKindShown(const AppSettings& settings, std::string_view kind) {
+  // In the order of the options.
+  constexpr std::array<std::string_view, 8> kKinds = {"会社", "会社略名", "所属1", "所属2",
+                                                      "役職", "電話",     "Mail",  "役割"};
+  for (std::size_t i = 0; i < kKinds.size(); ++i) {
+    if (equalsNoCase(kind, kKinds[i])) return settings.putMemberInfo[i];
+  }
+  return true;
+}
 
 std::vector<Member> pGetMemberData(Database& database, std::string_view tableId) {
   std::vector<Member> members(1);

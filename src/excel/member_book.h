@@ -24,12 +24,28 @@ struct Member {
   std::string memo;
 };
 
+/// Whether the options have this kind of a member's row put out; kinds that no option names always are.
+bool isMemberKindShown(const AppSettings& settings, std::string_view kind);
+
 /// The members of a メンバー table. A row of the kind 氏名 begins another person; a table without one is that person
 /// itself. Several values of one kind are joined by ",", each with its remark in " (" and ")". Throws EngineError.
 std::vector<Member> pGetMemberData(Database& database, std::string_view tableId);
 
 /// The member list of the chosen groups; the rows of other kinds are passed over. Gives the file, "" after a message.
 std::string pPutMemberExcel(Session& session, Host& host, BookRun& run, const frmTBList& list, bool openAfter);
+
+/// In which Systems the chosen groups' members take part, a line a member and System: the rows of the kinds 参加日,
+/// 終了日 and 役割 name the System in their remark. Gives the file, "" after a message.
+std::string pPutMemberSystemExcel(Session& session, Host& host, BookRun& run, const frmTBList& list, bool openAfter);
+
+/// A chosen table of the kind メンバー.
+struct Group {
+  std::string id;
+  std::string name;
+  std::string tableName;
+};
+/// The groups among the rows chosen for output; without any, among the selected rows; without any, among all.
+std::vector<Group> chosenGroups(Database& database, const frmTBList& list);
 
 /// The mail addresses of the chosen groups: joined by ",", a line a group; "" when there are none.
 std::string mailAddresses(Database& database, const frmTBList& list);

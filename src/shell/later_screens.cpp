@@ -16,7 +16,6 @@ const std::vector<LaterScreen>& laterScreens() {
       {"frmTBList", "mnuConvAccess2SQLServer", "System copy and conversion"},
       {"frmTBList", "mnuConvPostgreSQL2Oracle", "System copy and conversion"},
       {"frmTBList", "mnuCreateAccess", "Access realisation"},
-      {"frmTBList", "mnuSosikiKo", "member lists"},
       {"frmSystemInf", "cmdConvAccessSQLServer", "System copy and conversion"},
       {"frmTBDetail", "mnuDomainRef", "domain maintenance"},
       {"frmTBDetail", "mnuReplace", "replacement in the field grid"},

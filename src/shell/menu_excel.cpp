@@ -108,6 +108,10 @@ MenuPress members(void (*rows)(frmTBList& list)) {
   return output(rows, [](OutputRun& run) { pPutMemberExcel(run.session, run.host, run.book, run.list, true); });
 }
 
+MenuPress memberSystems(void (*rows)(frmTBList& list)) {
+  return output(rows, [](OutputRun& run) { pPutMemberSystemExcel(run.session, run.host, run.book, run.list, true); });
+}
+
 }  // namespace
 
 MenuPress excelHandler(std::string_view name, int index) {
@@ -122,6 +126,7 @@ MenuPress excelHandler(std::string_view name, int index) {
   if (name == "mnuExcelPath")
     return [](Application& app, std::string_view) { mnuExcelPath_Click(app.session, app.host); };
   if (name == "mnuSosiki") return members(all);
+  if (name == "mnuSosikiKo") return memberSystems(all);
   if (name == "mnuMember") return members(asItIs);
   if (name == "mnuMail") return output(asItIs, [](OutputRun& run) { mnuMail_Click(run.session, run.host, run.list); });
   if (name == "mnuTableList") return opens("frmReport");

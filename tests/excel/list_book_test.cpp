@@ -123,9 +123,30 @@ TEST_F(MemberBookTest, APersonALine) {
   EXPECT_EQ(rowText(book.sheet(0), 4, 12), "鈴木|T社|||||鈴木|||||");
   EXPECT_EQ(book.sheet(0).used()->last.row, 4);
 
+  // One group gives the sheet its name; columns that the options leave out close up.
   list.LstTableSel.clear();
   choose(group);
-  EXPECT_EQ(Workbook::open(pPutMemberExcel(session, scripted.host, run, list, false)).sheet(0).name(), "team");
+  session.settings.putMemberInfo[1] = session.settings.putMemberInfo[6] = false;
+  const Workbook less = Workbook::open(pPutMemberExcel(session, scripted.host, run, list, false));
+  EXPECT_EQ(less.sheet(0).name(), "team");
+  EXPECT_EQ(rowText(less.sheet(0), 1, 8), "グループ|会社|所属1|所属2|役職|氏名|電話|参加日");
+  EXPECT_EQ(rowText(less.sheet(0), 3, 7), "開発班|S社||||佐藤|");
+}
+
+TEST_F(MemberBookTest, ALineAMemberAndSystem) {
+  addField(group, 20, "日本語名, 型, 備考", "'2026/04/01', '参加日', '販売'");
+  addField(group, 21, "日本語名, 型, 備考", "'2026/05/01', '参加日', '会計'");
+  addField(group, 22, "日本語名, 型, 備考", "'2026/09/30', '終了日', '会計'");
+  choose(group);
+  const Workbook book = Workbook::open(pPutMemberSystemExcel(session, scripted.host, run, list, false));
+  EXPECT_EQ(rowText(book.sheet(0), 3, 6), "グループ|氏名|システム|参加日|終了日|役割");
+  EXPECT_EQ(rowText(book.sheet(0), 4, 6), "開発班|山田|販売|||リーダー");
+  EXPECT_EQ(rowText(book.sheet(0), 5, 6), "開発班|佐藤|販売|2026/04/01||");
+  EXPECT_EQ(rowText(book.sheet(0), 6, 6), "開発班|佐藤|会計|2026/05/01|2026/09/30|");
+  list.LstTableSel.clear();
+  choose(alone);
+  scripted.expect("確認", "出力する内容がありません.");
+  EXPECT_EQ(pPutMemberSystemExcel(session, scripted.host, run, list, true), "");
 }
 
 TEST_F(MemberBookTest, MailAddressesGoToTheClipboard) {
