@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "desktop/elided_label.h"
+#include "desktop/forms.h"
 #include "desktop/list_table.h"
 #include "editing/frm_tb_info.h"
 
@@ -24,16 +25,6 @@ namespace quillmarden {
 namespace {
 
 constexpr int kMargin = 16;
-
-QFormLayout* form(QWidget* around) {
-  auto* layout = new QFormLayout(around);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->setHorizontalSpacing(10);
-  layout->setVerticalSpacing(8);
-  layout->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  return layout;
-}
 
 /// A page of two forms side by side.
 struct TwoForms {
@@ -47,7 +38,7 @@ struct TwoForms {
     row->setSpacing(24);
     for (QFormLayout** side : {&left, &right}) {
       auto* half = new QWidget;
-      *side = form(half);
+      *side = fieldForm(half);
       row->addWidget(half, 1);
     }
   }
@@ -135,7 +126,7 @@ QWidget* FrmTbInfoView::makeNames() {
   columns->setContentsMargins(0, 0, 0, 0);
   columns->setSpacing(24);
   auto* names = new QWidget;
-  QFormLayout* fields = form(names);
+  QFormLayout* fields = fieldForm(names);
   auto* owner = new QWidget;
   auto* ownerRow = new QHBoxLayout(owner);
   ownerRow->setContentsMargins(0, 0, 0, 0);
@@ -226,7 +217,7 @@ QWidget* FrmTbInfoView::makeFigures() {
 
 QWidget* FrmTbInfoView::makeFiles() {
   auto* page = new QWidget;
-  QFormLayout* fields = form(page);
+  QFormLayout* fields = fieldForm(page);
   fields->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   Application& app = this->app();
   const auto button = [this](const char* name, const char* caption, Button& control, Handler handler) {

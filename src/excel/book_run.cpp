@@ -47,6 +47,10 @@ std::string temporaryFile(const Session& session, std::string_view fileName) {
   return gPathJoin(folder, fileName);
 }
 
+std::string workFile(const Session& session, const BookRun& run, std::string_view fileName) {
+  return run.outputFile.empty() ? temporaryFile(session, fileName) : run.outputFile.string();
+}
+
 bool removeFormer(const std::string& path) {
   const std::filesystem::path file = toPath(path);
   if (heldBy(file)) return false;
@@ -111,6 +115,18 @@ void tellBookError(Session& session, Host& host, std::string_view routine, const
 void openFinished(Host& host, const std::string& path, std::string_view title) {
   gMsgBox(host, "対象ファイルを開きます.", kInformationIcon, title);
   host.opener.openFile(toPath(path));
+}
+
+std::string runOutput(Session& session, Host& host, std::string_view routine, bool openAfter,
+                      const std::function<std::string()>& output) {
+  try {
+    std::string path = output();
+    if (openAfter && !path.empty()) openFinished(host, path);
+    return path;
+  } catch (const std::exception& error) {
+    tellBookError(session, host, routine, error);
+    return "";
+  }
 }
 
 std::string cutSheetName(std::string_view name) {

@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -40,6 +41,8 @@ bool readOutputSystem(Session& session, Host& host, std::string_view systemName,
 std::string layoutFile(Session& session, const BookRun& run, const SystemRecord& system, std::string_view fileName);
 /// A file in the work folder of the program, which is made when missing.
 std::string temporaryFile(const Session& session, std::string_view fileName);
+/// The file of the run where it names one, else that file in the work folder.
+std::string workFile(const Session& session, const BookRun& run, std::string_view fileName);
 
 /// Deletes an output of an earlier run. False when it can't be deleted or another office program holds it.
 bool removeFormer(const std::string& path);
@@ -60,6 +63,11 @@ void tellBookError(Session& session, Host& host, std::string_view routine, const
 
 /// Tells that the file will be opened, and opens it.
 void openFinished(Host& host, const std::string& path, std::string_view title = "確認");
+
+/// Runs an output that gives its file, "" after its own message; with `openAfter` the file is then opened. What it
+/// throws is told, and "" comes back.
+std::string runOutput(Session& session, Host& host, std::string_view routine, bool openAfter,
+                      const std::function<std::string()>& output);
 
 /// A sheet's name: what spreadsheet programs don't take beyond 31 UTF-16 units is cut off.
 std::string cutSheetName(std::string_view name);

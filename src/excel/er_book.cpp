@@ -78,7 +78,7 @@ void fitColumns(Worksheet& sheet, FontBook& fonts, const std::vector<ErField>& f
   constexpr double kLeast = 8;
   constexpr double kMost = 60;
   const SizedFont font = erFont();
-  const double digit = maxDigitWidth(fonts, font) * kPointsPerPixel;
+  const double digit = digitWidth(fonts, font);
   double name = 0;
   double second = 0;
   for (const ErField& field : fields) {

@@ -5,6 +5,7 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "excel/list_book.h"
 #include "excel/member_book.h"
 
 namespace quillmarden {
@@ -42,13 +43,8 @@ bool readTable(Session& session, Host& host, frmTBDetail& detail, const std::str
 
 std::vector<std::string> chosenIds(const frmTBList& list) {
   std::vector<std::string> ids;
-  const auto add = [&ids](const std::string& row) {
+  for (const std::string& row : chosenRows(list)) {
     if (const std::string id(tableListId(row)); !id.empty()) ids.push_back(id);
-  };
-  for (const std::string& row : list.LstTableSel.rows) add(row);
-  if (!ids.empty()) return ids;
-  for (std::size_t i = 0; i < list.LstTable.rows.size(); ++i) {
-    if (list.LstTable.selected[i]) add(list.LstTable.rows[i]);
   }
   return ids;
 }

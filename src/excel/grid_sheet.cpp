@@ -8,7 +8,6 @@
 namespace quillmarden {
 namespace {
 
-constexpr double kPointsPerPixel = 72.0 / 96.0;
 // Column widths in digits. The first column holds the words of the heading, too.
 constexpr double kFirstColumn = 14;
 constexpr double kLeast = 8;
@@ -116,7 +115,7 @@ Workbook gridBook(FontBook& fonts, const std::vector<std::array<std::string, 2>>
   }
   const int headRow = row + 2;
   const std::vector<double> widths = putCells(sheet, fonts, font, headRow, grid);
-  setWidths(sheet, widths, maxDigitWidth(fonts, font) * kPointsPerPixel);
+  setWidths(sheet, widths, digitWidth(fonts, font));
   frame(sheet, headRow, grid);
   fitRows(book, fonts, headRow, grid, line);
   setUpGridPage(sheet, headRow);

@@ -67,14 +67,8 @@ std::string mnuExcel_Click(Session& session, Host& host, BookRun& run, const frm
     return "";
   }
   if (layouts.empty()) return "";
-  try {
-    const std::string path = pPutTableList2Excel(session, host, run, layouts);
-    if (openAfter && !path.empty()) openFinished(host, path);
-    return path;
-  } catch (const std::exception& error) {
-    tellBookError(session, host, "pPutTableList2Excel", error);
-    return "";
-  }
+  return runOutput(session, host, "pPutTableList2Excel", openAfter,
+                   [&] { return pPutTableList2Excel(session, host, run, layouts); });
 }
 
 int putSeparateLayouts(Session& session, Host& host, BookRun& run, const frmTBList& list, frmTBDetail& detail,

@@ -142,7 +142,7 @@ bool putLines(Host& host, ListBook& list, const std::vector<std::string>& rows, 
     const std::string_view id = tableListId(row);
     if (id.empty()) continue;
     host.dialogs.waitText(std::string(tableListName(row)) + " 出力中です....");
-    const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(id)))}};
+    const std::vector<ParameterValue> wanted = wantedTable(id);
     const Recordset table = list.session.gDB->openRecordset(kTableSql, wanted);
     if (table.eof()) continue;
     ++list.number;
@@ -183,16 +183,10 @@ std::string putListBook(Session& session, Host& host, BookRun& run, const frmTBL
   Workbook book = Workbook::create({.sheetName = "テーブル一覧"});
   const CellStyle normal = book.styleAt(0);
   const SizedFont font{normal.font.name, normal.font.size, false};
-  constexpr double kPointsPerPixel = 72.0 / 96.0;
   const std::span<const ListColumn> columns =
       withFields ? std::span<const ListColumn>(kFieldColumns) : std::span<const ListColumn>(kTableColumns);
-  ListBook made{session,
-                book.sheet(0),
-                run.fonts,
-                font,
-                columns,
-                maxDigitWidth(run.fonts, font) * kPointsPerPixel,
-                linesHeight(run.fonts, font, 1)};
+  ListBook made{
+      session, book.sheet(0), run.fonts, font, columns, digitWidth(run.fonts, font), linesHeight(run.fonts, font, 1)};
   formatColumns(made);
   const std::span<const std::string_view> heads =
       withFields ? std::span<const std::string_view>(kFieldHeads) : std::span<const std::string_view>(kTableHeads);
@@ -214,21 +208,30 @@ std::vector<std::string> outputRows(const frmTBList& list) {
   return list.LstTableSel.rows.empty() ? list.LstTable.rows : list.LstTableSel.rows;
 }
 
+std::vector<std::string> chosenRows(const frmTBList& list) {
+  if (!list.LstTableSel.rows.empty()) return list.LstTableSel.rows;
+  std::vector<std::string> rows;
+  for (std::size_t i = 0; i < list.LstTable.rows.size(); ++i) {
+    if (list.LstTable.selected[i]) rows.push_back(list.LstTable.rows[i]);
+  }
+  return rows;
+}
+
+std::vector<ParameterValue> wantedTable(std::string_view tableId) {
+  return {{"wanted", Value(static_cast<std::int64_t>(gVal(tableId)))}};
+}
+
 std::string pPutTableListLayout2Excel(Session& session, Host& host, BookRun& run, const frmTBList& list,
                                       bool withFields, bool openAfter) {
   const WaitText wait(host, "Excel出力中です....");
-  try {
+  return runOutput(session, host, "pPutTableListLayout2Excel", openAfter, [&] {
     bool stopped = false;
-    const std::string path = putListBook(session, host, run, list, withFields, stopped);
+    std::string path = putListBook(session, host, run, list, withFields, stopped);
     if (stopped) {
       gMsgBox(host, joinLines({"中止しました.", "必要に応じてデスクトップ等に保存してください."}));
     }
-    if (openAfter && !path.empty()) openFinished(host, path);
     return path;
-  } catch (const std::exception& error) {
-    tellBookError(session, host, "pPutTableListLayout2Excel", error);
-    return "";
-  }
+  });
 }
 
 std::string mnuExcelSelList_Click(Session& session, Host& host, BookRun& run, const frmTBList& list, bool withFields,

@@ -12,6 +12,11 @@ namespace quillmarden {
 /// The rows of LstTableSel or, when it is empty, all rows of LstTable: what an output of the list is made for.
 std::vector<std::string> outputRows(const frmTBList& list);
 
+/// The rows of LstTableSel or, when it is empty, the selected ones of LstTable.
+std::vector<std::string> chosenRows(const frmTBList& list);
+/// The parameter [wanted] of a statement for one table.
+std::vector<ParameterValue> wantedTable(std::string_view tableId);
+
 /// The combined list of tables, "_TableLayout.xlsx": a line a table or, `withFields`, a line a field. Gives the file,
 /// "" after a message. A stopped run saves what it has and says so.
 std::string pPutTableListLayout2Excel(Session& session, Host& host, BookRun& run, const frmTBList& list,

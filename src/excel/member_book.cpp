@@ -10,6 +10,7 @@
 #include "common/text.h"
 #include "common/text_file.h"
 #include "excel/grid_sheet.h"
+#include "excel/list_book.h"
 #include "workbook/sheet_measure.h"
 
 namespace quillmarden {
@@ -46,15 +47,6 @@ constexpr std::array kMemberColumns = {
     MemberColumn{"参加日", &Member::joined, 22},   MemberColumn{"終了日", &Member::left, 22},
     MemberColumn{"役割", &Member::role, 24},       MemberColumn{"メモ", &Member::memo, 32},
 };
-
-/// The rows chosen for output; without any, the selected rows of the list; without any, all.
-std::vector<std::string> chosenRows(const frmTBList& list) {
-  std::vector<std::string> rows = list.LstTableSel.rows;
-  for (std::size_t i = 0; list.LstTableSel.rows.empty() && i < list.LstTable.rows.size(); ++i) {
-    if (list.LstTable.selected[i]) rows.push_back(list.LstTable.rows[i]);
-  }
-  return rows.empty() ? list.LstTable.rows : rows;
-}
 
 /// One value of a field row: its lines joined, with its remark behind it.
 std::string valueText(std::string_view content, std::string_view remark) {
@@ -116,7 +108,7 @@ std::string putMembers(Session& session, Host& host, BookRun& run, const frmTBLi
     gMsgBox(host, "選択されていません.");
     return "";
   }
-  const std::string path = run.outputFile.empty() ? temporaryFile(session, "temptemp.xls") : run.outputFile.string();
+  const std::string path = workFile(session, run, "temptemp.xls");
   if (!removeFormer(path)) {
     gMsgBox(host, joinLines({"出力作業ファイル.", path + " が", "使用中のようです.", "処理を中止します."}));
     return "";
@@ -149,11 +141,12 @@ std::string putMembers(Session& session, Host& host, BookRun& run, const frmTBLi
 
 std::vector<Group> chosenGroups(Database& database, const frmTBList& list) {
   std::vector<Group> groups;
-  for (const std::string& row : chosenRows(list)) {
-    const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(tableListId(row))))}};
+  std::vector<std::string> rows = chosenRows(list);
+  if (rows.empty()) rows = list.LstTable.rows;
+  for (const std::string& row : rows) {
     const Recordset table = database.openRecordset(
         "PARAMETERS [wanted] Long; SELECT ファイル種別, 日本語名, テーブル名 FROM MAS_TABLEINFO WHERE ID = [wanted]",
-        wanted);
+        wantedTable(tableListId(row)));
     if (table.eof() || table.text(0) != kMemberKind) continue;
     groups.push_back(
         {std::string(tableListId(row)), std::string(trim(table.text(1))), std::string(trim(table.text(2)))});
@@ -171,13 +164,16 @@ bool isMemberKindShown(const AppSettings& settings, std::string_view kind) {
   return true;
 }
 
-std::vector<Member> pGetMemberData(Database& database, std::string_view tableId) {
-  std::vector<Member> members(1);
-  const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(tableId)))}};
-  Recordset row = database.openRecordset(
+Recordset memberRows(Database& database, std::string_view tableId) {
+  return database.openRecordset(
       "PARAMETERS [wanted] Long; SELECT 型, 日本語名, 備考 FROM MAS_TABLEDETAILES WHERE ID = [wanted] ORDER BY 表示順, "
       "ROWNO",
-      wanted);
+      wantedTable(tableId));
+}
+
+std::vector<Member> pGetMemberData(Database& database, std::string_view tableId) {
+  std::vector<Member> members(1);
+  Recordset row = memberRows(database, tableId);
   for (; !row.eof(); row.moveNext()) {
     const std::string_view type = trim(row.text(0));
     const std::string value = valueText(row.text(1), row.text(2));
@@ -195,24 +191,13 @@ std::vector<Member> pGetMemberData(Database& database, std::string_view tableId)
 
 std::string pPutMemberExcel(Session& session, Host& host, BookRun& run, const frmTBList& list, bool openAfter) {
   const WaitText wait(host, "Excel出力中です....");
-  try {
-    const std::string path = putMembers(session, host, run, list);
-    if (openAfter && !path.empty()) openFinished(host, path);
-    return path;
-  } catch (const std::exception& error) {
-    tellBookError(session, host, "pPutMemberExcel", error);
-    return "";
-  }
+  return runOutput(session, host, "pPutMemberExcel", openAfter, [&] { return putMembers(session, host, run, list); });
 }
 
 std::string mailAddresses(Database& database, const frmTBList& list) {
   std::string text;
   for (const Group& group : chosenGroups(database, list)) {
-    const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(group.id)))}};
-    Recordset row = database.openRecordset(
-        "PARAMETERS [wanted] Long; SELECT 型, 日本語名 FROM MAS_TABLEDETAILES WHERE ID = [wanted] ORDER BY 表示順, "
-        "ROWNO",
-        wanted);
+    Recordset row = memberRows(database, group.id);
     std::string addresses;
     for (; !row.eof(); row.moveNext()) {
       if (toLower(trim(row.text(0))) == "mail") addValue(addresses, valueText(row.text(1), ""));

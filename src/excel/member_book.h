@@ -24,6 +24,9 @@ struct Member {
   std::string memo;
 };
 
+/// The rows of a メンバー table in their order: 型, 日本語名 (the content) and 備考. Throws EngineError.
+Recordset memberRows(Database& database, std::string_view tableId);
+
 /// Whether the options have this kind of a member's row put out; kinds that no option names always are.
 bool isMemberKindShown(const AppSettings& settings, std::string_view kind);
 

@@ -29,11 +29,7 @@ std::string Participation::*valueOf(std::string_view type) {
 
 /// The lines of a group, in the order in which its rows name members and Systems.
 void addParticipations(Database& database, const Group& group, std::vector<Participation>& lines) {
-  const std::vector<ParameterValue> wanted = {{"wanted", Value(static_cast<std::int64_t>(gVal(group.id)))}};
-  Recordset row = database.openRecordset(
-      "PARAMETERS [wanted] Long; SELECT 型, 日本語名, 備考 FROM MAS_TABLEDETAILES WHERE ID = [wanted] ORDER BY 表示順, "
-      "ROWNO",
-      wanted);
+  Recordset row = memberRows(database, group.id);
   std::string member = group.name;
   std::map<std::string, std::size_t, std::less<>> places;  // of the member's Systems in `lines`
   for (; !row.eof(); row.moveNext()) {
@@ -59,7 +55,7 @@ std::string putParticipations(Session& session, Host& host, BookRun& run, const 
     gMsgBox(host, "出力する内容がありません.");
     return "";
   }
-  const std::string path = run.outputFile.empty() ? temporaryFile(session, "temptemp.xls") : run.outputFile.string();
+  const std::string path = workFile(session, run, "temptemp.xls");
   if (!removeFormerOrTell(host, path)) return "";
   constexpr std::array kValues = {&Participation::group,  &Participation::member, &Participation::system,
                                   &Participation::joined, &Participation::left,   &Participation::role};
@@ -78,14 +74,8 @@ std::string putParticipations(Session& session, Host& host, BookRun& run, const 
 
 std::string pPutMemberSystemExcel(Session& session, Host& host, BookRun& run, const frmTBList& list, bool openAfter) {
   const WaitText wait(host, "Excel出力中です....");
-  try {
-    const std::string path = putParticipations(session, host, run, list);
-    if (openAfter && !path.empty()) openFinished(host, path);
-    return path;
-  } catch (const std::exception& error) {
-    tellBookError(session, host, "pPutMemberSystemExcel", error);
-    return "";
-  }
+  return runOutput(session, host, "pPutMemberSystemExcel", openAfter,
+                   [&] { return putParticipations(session, host, run, list); });
 }
 
 }  // namespace quillmarden

@@ -107,7 +107,7 @@ std::string PutExcelFile(Session& session, Host& host, BookRun& run, const frmRe
     return "";
   }
   const WaitText wait(host, "Excel出力中です....");
-  const std::string path = run.outputFile.empty() ? temporaryFile(session, "temptemp.xlsx") : run.outputFile.string();
+  const std::string path = workFile(session, run, "temptemp.xlsx");
   if (!removeFormerOrTell(host, path)) return "";
   Workbook book = reportBook(session, run.fonts, screen);
   saveBook(session, host, book, screen.CmbDataSource.text, path);
@@ -196,14 +196,7 @@ std::string CmdExcel_Click(Session& session, Host& host, BookRun& run, frmReport
     return "";
   }
   if (gMsgBox(host, "Excel出力しますか?", kYesNo | kQuestionIcon, "出力確認") != kYes) return "";
-  try {
-    const std::string path = PutExcelFile(session, host, run, screen);
-    if (openAfter && !path.empty()) openFinished(host, path);
-    return path;
-  } catch (const std::exception& error) {
-    tellBookError(session, host, "PutExcelFile", error);
-    return "";
-  }
+  return runOutput(session, host, "PutExcelFile", openAfter, [&] { return PutExcelFile(session, host, run, screen); });
 }
 
 void CmdAccess_Click(Session& session, Host& host, frmReport&) {

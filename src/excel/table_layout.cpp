@@ -300,9 +300,6 @@ TableDates GetTableName作成変更日(Session& session, std::string_view tableI
   dates.changed = minuteOf(table.text(1));
   dates.author = table.text(2);
   dates.changer = table.text(3);
-  Recordset newest =
-      database.openRecordset("SELECT Max(更新年月日) AS 最大日付 FROM MAS_TABLEDETAILES WHERE ID = " + id);
-  if (!newest.eof()) dates.newestField = minuteOf(newest.text(0));
   return dates;
 }
 

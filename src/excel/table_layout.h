@@ -15,7 +15,6 @@ inline constexpr std::string_view kBlankBook = "t白紙.xls";
 struct TableDates {
   std::string created;
   std::string changed;
-  std::string newestField;  ///< the latest change of a field row
   std::string author;
   std::string changer;
 };

@@ -7,7 +7,7 @@ namespace {
 
 std::string pPutCurrentAtaiList2ExcelFile(Session& session, Host& host, BookRun& run, const frmDivision& screen) {
   const WaitText wait(host, "Excel出力中です....");
-  const std::string path = run.outputFile.empty() ? temporaryFile(session, "temptemp.xlsx") : run.outputFile.string();
+  const std::string path = workFile(session, run, "temptemp.xlsx");
   if (!removeFormerOrTell(host, path)) return "";
   const ValueListSheet list = valueListSheet(screen, session.gCurrentSystemName);
   const SheetGrid grid = {.titles = list.titles,
@@ -26,14 +26,8 @@ std::string pPutCurrentAtaiList2ExcelFile(Session& session, Host& host, BookRun&
 
 std::string CmdExcel_Click(Session& session, Host& host, BookRun& run, const frmDivision& screen, bool openAfter) {
   if (pChkDivisionExcel(session, host, screen)) return "";
-  try {
-    const std::string path = pPutCurrentAtaiList2ExcelFile(session, host, run, screen);
-    if (openAfter && !path.empty()) openFinished(host, path);
-    return path;
-  } catch (const std::exception& error) {
-    tellBookError(session, host, "pPutCurrentAtaiList2ExcelFile", error);
-    return "";
-  }
+  return runOutput(session, host, "pPutCurrentAtaiList2ExcelFile", openAfter,
+                   [&] { return pPutCurrentAtaiList2ExcelFile(session, host, run, screen); });
 }
 
 }  // namespace quillmarden

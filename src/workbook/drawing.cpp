@@ -6,6 +6,8 @@
 #include <array>
 #include <cmath>
 
+#include "workbook/xml_text.h"
+
 namespace quillmarden {
 namespace {
 
@@ -19,25 +21,7 @@ std::int64_t units(double points) { return std::llround(points * kUnitsPerPoint)
 
 std::string escaped(std::string_view text) {
   std::string out;
-  out.reserve(text.size());
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\t' ? ' ' : c;
-    }
-  }
+  appendXmlAttribute(out, text);
   return out;
 }
 
@@ -161,11 +145,10 @@ std::string shapeXml(const SheetShape& shape, int id) {
       "<xdr:sp macro=\"\" textlink=\"\"><xdr:nvSpPr><xdr:cNvPr id=\"{}\" name=\"{}\"/><xdr:cNvSpPr{}/></xdr:nvSpPr>"
       "<xdr:spPr>{}<a:prstGeom prst=\"{}\"><a:avLst/></a:prstGeom>{}<a:ln w=\"{}\">{}</a:ln>{}</xdr:spPr>"
       "<xdr:txBody><a:bodyPr vertOverflow=\"clip\" wrap=\"square\" lIns=\"45720\" tIns=\"27432\" rIns=\"45720\" "
-      "bIns=\"27432\" anchor=\"{}\">{}</a:bodyPr><a:lstStyle/>{}</xdr:txBody></xdr:sp>",
+      "bIns=\"27432\" anchor=\"{}\"><a:noAutofit/></a:bodyPr><a:lstStyle/>{}</xdr:txBody></xdr:sp>",
       id, escaped(shape.name), shape.kind == ShapeKind::TextBox ? " txBox=\"1\"" : "", transform(shape.box),
       presetOf(shape.kind), fill, units(shape.lineWeight), solid(shape.lineColour), effects,
-      shape.centred ? "ctr" : "t", shape.autoSize ? "<a:spAutoFit/>" : "<a:noAutofit/>",
-      paragraphs(shape.text, shape.centred));
+      shape.centred ? "ctr" : "t", paragraphs(shape.text, shape.centred));
 }
 
 /// The middle of an edge in fractions of the box.

@@ -43,7 +43,6 @@ struct SheetShape {
   ShapeText text;
   ShapeKind kind = ShapeKind::TextBox;
   bool centred = false;  ///< the text in the middle of the shape, otherwise at its top left
-  bool autoSize = false;
   std::optional<std::uint32_t> fill = 0xFFFFFF;
   std::uint32_t lineColour = 0;
   double lineWeight = 0.75;  ///< points

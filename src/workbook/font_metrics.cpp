@@ -287,4 +287,6 @@ int maxDigitWidth(FontBook& fonts, const SizedFont& font) {
   return std::max(1, static_cast<int>(widest * font.size * kPixelsPerPoint));
 }
 
+double digitWidth(FontBook& fonts, const SizedFont& font) { return maxDigitWidth(fonts, font) / kPixelsPerPoint; }
+
 }  // namespace quillmarden

@@ -57,4 +57,7 @@ double linesHeight(FontBook& fonts, const SizedFont& font, int lines);
 /// The pixels (96 an inch) of the widest digit: the unit in which column widths are stored.
 int maxDigitWidth(FontBook& fonts, const SizedFont& font);
 
+/// The same in points.
+double digitWidth(FontBook& fonts, const SizedFont& font);
+
 }  // namespace quillmarden
