@@ -22,9 +22,10 @@ class Database {
  public:
   struct State;
 
-  /// Opens an existing file for reading and writing. Throws kCannotOpen (missing, a directory, no permission),
-  /// kReadOnly, kAccessFile (the header is that of a real Access database), kUnrecognisedFormat, kDamaged.
-  /// An empty file counts as a database without tables.
+  /// Opens an existing file for reading and writing, or, where it or its folder may not be written, for reading alone:
+  /// every change then throws kReadOnly. Throws kCannotOpen (missing, a directory, no permission), kAccessFile (the
+  /// header is that of a real Access database), kUnrecognisedFormat, kDamaged. An empty file counts as a database
+  /// without tables.
   static Database open(const std::string& path);
   /// Makes a new file. An existing one is refused with kCannotOpen and left alone.
   static Database create(const std::string& path);
@@ -34,6 +35,7 @@ class Database {
   ~Database();
 
   const std::string& path() const;
+  bool readOnly() const;
 
   /// Runs an action query or a definition statement (CREATE TABLE, ALTER TABLE, DROP). Gives the number of rows
   /// that it changed, 0 for definition statements.
@@ -67,6 +69,9 @@ class Database {
   void putQueryDef(const QueryDef& query);
   /// The parameters of a stored query in the order of its PARAMETERS clause, then undeclared ones.
   std::vector<QueryParameter> queryParameters(std::string_view queryName);
+
+  /// Whether another process's lock is waited for; without, kLocked comes at once. On when the file is opened.
+  void setWaiting(bool waits);
 
   // --- transactions. They take the write lock at their beginning, so that nothing fails half way.
   void beginTrans();

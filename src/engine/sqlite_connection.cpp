@@ -21,7 +21,8 @@ namespace {
 constexpr std::chrono::seconds kBusyTimeOut{30};
 
 // Short sleeps of uneven length keep many waiting processes from meeting again and again.
-int waitForLock(void*, int attempt) {
+int waitForLock(void* connection, int attempt) {
+  if (!static_cast<const Connection*>(connection)->waits) return 0;
   thread_local std::chrono::steady_clock::time_point begin;
   thread_local std::minstd_rand random{std::random_device{}()};
   const auto now = std::chrono::steady_clock::now();
@@ -40,8 +41,8 @@ std::string fileText(const std::string& path) { return "ファイル「" + path 
 }
 
 // What stands in the way before a byte is read. No descriptor is opened here: closing one would drop the locks that
-// this process holds on the same file through another connection.
-void checkPath(const std::string& path) {
+// this process holds on the same file through another connection. Whether the file can be written.
+bool checkPath(const std::string& path) {
   if (path.empty()) throwCannotOpen(path, "の名前が空です.");
   if (path.find('\0') != std::string::npos) throwCannotOpen(path, "の名前に使えない文字があります.");
   struct stat status {};
@@ -53,17 +54,10 @@ void checkPath(const std::string& path) {
   if (S_ISDIR(status.st_mode)) throwCannotOpen(path, "はフォルダです.");
   if (!S_ISREG(status.st_mode)) throwCannotOpen(path, "は通常のファイルではありません.");
   if (::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0) throwCannotOpen(path, "を読む権限がありません.");
-  if (!writable(path)) {
-    throw EngineError(engine_error::kReadOnly, fileText(path) + "は読み取り専用です. 書き込みの権限が必要です.");
-  }
   // The journal of every write stands beside the file.
   std::error_code ignored;
-  const std::filesystem::path target = std::filesystem::canonical(path, ignored);
-  const std::string folder = target.parent_path().string();
-  if (!folder.empty() && !writable(folder)) {
-    throw EngineError(engine_error::kReadOnly,
-                      fileText(path) + "のフォルダ「" + folder + "」に書き込めません. 書き込みの権限が必要です.");
-  }
+  const std::string folder = std::filesystem::canonical(path, ignored).parent_path().string();
+  return writable(path) && (folder.empty() || writable(folder));
 }
 
 // SQLite counts its memory under a lock with every allocation, and nobody asks for the counts. Only the process's first
@@ -72,6 +66,16 @@ void countNoMemory() { [[maybe_unused]] static const int done = sqlite3_config(S
 
 // SQLite would read a name that begins so as an address with options.
 std::string plainPath(const std::string& path) { return path.rfind("file:", 0) == 0 ? "./" + path : path; }
+
+// The address of a file that nothing changes while it is open.
+std::string immutableAddress(const std::string& path) {
+  std::string address = "file:";
+  for (const char letter : std::filesystem::absolute(path).string()) {
+    const bool escaped = letter == '%' || letter == '?' || letter == '#';
+    address += escaped ? (letter == '%' ? "%25" : letter == '?' ? "%3f" : "%23") : std::string(1, letter);
+  }
+  return address + "?immutable=1";
+}
 
 }  // namespace
 
@@ -153,7 +157,7 @@ std::string_view PreparedStatement::text(int column) const {
 }
 
 Connection::Connection(std::string path) : path_(std::move(path)) {
-  checkPath(path_);
+  readOnly_ = !checkPath(path_);
   countNoMemory();
   try {
     open();
@@ -171,20 +175,23 @@ void Connection::close() {
   connection_ = nullptr;
 }
 
+void Connection::openFile(const std::string& name, int flags) {
+  close();
+  flags |= SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+  if (sqlite3_open_v2(name.c_str(), &connection_, flags, nullptr) != SQLITE_OK) fail();
+}
+
 void Connection::open() {
-  constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
-  if (sqlite3_open_v2(plainPath(path_).c_str(), &connection_, kFlags, nullptr) != SQLITE_OK) fail();
+  openFile(plainPath(path_), readOnly_ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
   checkHeader();
-  sqlite3_busy_handler(connection_, waitForLock, nullptr);
+  sqlite3_busy_handler(connection_, waitForLock, this);
   // A file comes from anywhere: its schema may call no function with side effects, and a misspelt name in double
   // quotes is a fault, not a text.
   sqlite3_db_config(connection_, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(connection_, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   // Tables that are rebuilt are renamed without a look at what else names them.
   sqlite3_db_config(connection_, SQLITE_DBCONFIG_LEGACY_ALTER_TABLE, 1, nullptr);
-  if (sqlite3_db_readonly(connection_, "main") == 1) {
-    throw EngineError(engine_error::kReadOnly, fileText(path_) + "は読み取り専用です. 書き込みの権限が必要です.");
-  }
+  if (sqlite3_db_readonly(connection_, "main") == 1) readOnly_ = true;
   run("PRAGMA temp_store = MEMORY");
   run("PRAGMA cache_size = -16000");
   run("PRAGMA synchronous = FULL");
@@ -221,7 +228,12 @@ void Connection::checkHeader() {
   }
   // Another tool may have left the file with a write-ahead log, which does not work in a shared network folder.
   constexpr std::size_t kWriteVersion = 18;
-  if (header[kWriteVersion] == 2) {
+  if (header[kWriteVersion] == 2 && readOnly_) {
+    // Without a log nobody else is at work, and without the right to write none can be begun.
+    std::error_code ignored;
+    const auto log = std::filesystem::file_size(path_ + "-wal", ignored);
+    if (ignored || log == 0) openFile(immutableAddress(path_), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+  } else if (header[kWriteVersion] == 2) {
     sqlite3_busy_timeout(connection_, 1000);
     try {
       run("PRAGMA journal_mode = DELETE");

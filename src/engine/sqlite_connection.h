@@ -71,6 +71,7 @@ class Connection {
   Connection& operator=(const Connection&) = delete;
 
   const std::string& path() const { return path_; }
+  bool readOnly() const { return readOnly_; }
   sqlite3* handle() const { return connection_; }
   /// Runs one statement without parameters to its end.
   void run(std::string_view sql);
@@ -78,13 +79,16 @@ class Connection {
   [[noreturn]] void fail() const { throw lastFault(connection_, path_); }
 
   long executions = 0;
+  bool waits = true;  ///< for another process's lock
 
  private:
   void open();
+  void openFile(const std::string& name, int flags);
   void checkHeader();
   void close();
 
   std::string path_;
+  bool readOnly_ = false;
   sqlite3* connection_ = nullptr;
 };
 

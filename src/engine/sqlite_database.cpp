@@ -107,6 +107,8 @@ Database Database::create(const std::string& path) {
 }
 
 const std::string& Database::path() const { return state_->connection.path(); }
+bool Database::readOnly() const { return state_->connection.readOnly(); }
+void Database::setWaiting(bool waits) { state_->connection.waits = waits; }
 
 int Database::execute(std::string_view sql, const std::vector<ParameterValue>& parameters) {
   State& state = *state_;

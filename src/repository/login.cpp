@@ -7,6 +7,7 @@
 #include "common/message.h"
 #include "common/paths.h"
 #include "common/text.h"
+#include "repository/rights.h"
 #include "repository/upgrade.h"
 
 namespace quillmarden {
@@ -41,6 +42,22 @@ std::optional<fs::path> databaseFile(std::string_view folder, std::string_view f
 }
 
 void closeDatabase(Session& session) { session.gDB.reset(); }
+
+/// Notes the time of the login. A guest's is nobody's, and a reader leaves none. While another program writes, the
+/// login goes on without it: nothing that a person wants to look at waits for a stamp.
+void stampLogin(Host& host, Database& database, Recordset& user, std::string_view name) {
+  if (equalsNoCase(name, "guest") || database.readOnly()) return;
+  database.setWaiting(false);
+  try {
+    user.edit();
+    user.set("ログオン日付", formatDateTime(host.clock.now(), "yyyy/mm/dd hh:nn:ss"));
+    user.update();
+  } catch (const EngineError& error) {
+    database.setWaiting(true);
+    if (error.number() != engine_error::kLocked) throw;
+  }
+  database.setWaiting(true);
+}
 
 }  // namespace
 
@@ -84,9 +101,7 @@ bool gChkLoginUser(Session& session, Host& host, std::string_view userName, bool
       accepted = true;
       const int group = user.fieldIndex("グループ");
       isAdmin = group >= 0 && toUpper(user.text(group)) == "ADMIN";
-      user.edit();
-      user.set("ログオン日付", formatDateTime(host.clock.now(), "yyyy/mm/dd hh:nn:ss"));
-      user.update();
+      stampLogin(host, database, user, userName);
     }
   } catch (const EngineError& error) {
     // A known user gets in even where the time of the login can't be noted, on a full disk for one.
@@ -156,7 +171,8 @@ void beginSession(Session& session, Host& host, std::string_view userName, std::
   session.gCurrentDbType.clear();
   session.gCanEdit = false;
 
-  upgradeRepository(session, host);
+  // Whoever may only look gets the file as it is.
+  if (mayWrite(session)) upgradeRepository(session, host);
   show("整合性確認中です...");
   show("起動準備中です...");
   const fs::path work = toPath(gPathJoin(session.gDataFolder, "TempTemp_-_-"));

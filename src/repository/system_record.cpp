@@ -5,6 +5,7 @@
 #include "common/numbers.h"
 #include "common/paths.h"
 #include "common/text.h"
+#include "repository/rights.h"
 #include "repository/session.h"
 
 namespace quillmarden {
@@ -168,17 +169,11 @@ bool selectSystem(Session& session, Host& host, std::string_view systemName) {
     session.gCanEdit = false;
     return false;
   }
-  session.gCanEdit = canEdit(session, record);
+  session.gCanEdit = static_cast<bool>(mayChangeSystem(session, record));
   session.gCurrentSystemId = record.id;
   session.gCurrentDbType = record.databaseType;
   session.gCurrentSystem = std::move(record);
   return true;
-}
-
-bool canEdit(const Session& session, const SystemRecord& record) {
-  if (session.gIsGuest || !record.editAllowed) return false;
-  // The login finds its user without regard to case, so the same person may be written in both ways.
-  return record.userLimit != 2 || equalsNoCase(session.gLoginUser, record.owner);
 }
 
 }  // namespace quillmarden

@@ -68,7 +68,4 @@ std::vector<std::string> gGetSystemList(Session& session);
 /// False when there is no such row.
 bool selectSystem(Session& session, Host& host, std::string_view systemName);
 
-/// Whether this session may edit the System: its own flag, its user limit, and never for a guest.
-bool canEdit(const Session& session, const SystemRecord& record);
-
 }  // namespace quillmarden

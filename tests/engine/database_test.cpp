@@ -84,13 +84,20 @@ TEST_F(EngineTest, DamageIsFoundAtOpening) {
   EXPECT_EQ(openDamaged(garbage), engine_error::kDamaged) << "the schema overwritten";
 }
 
-TEST_F(EngineTest, FilesThatCannotBeWrittenAreRefusedAtOpening) {
+TEST_F(EngineTest, FilesThatCannotBeWrittenOpenForReading) {
   const std::string file = path();
   const auto asOther = [&] {
     return inChild([&] {
       if (::geteuid() == 0 && ::setuid(65534) != 0) return 97;
-      const int number = faultNumber([&] { Database::open(file); });
-      return number == engine_error::kReadOnly ? 1 : number == engine_error::kCannotOpen ? 2 : number == 0 ? 0 : 96;
+      bool readOnly = false;
+      const int opening = faultNumber([&] {
+        Database own = Database::open(file);
+        readOnly = own.readOnly();
+        own.openRecordset("SELECT * FROM INFO");
+        const int writing = faultNumber([&] { own.execute("DELETE * FROM SYS"); });
+        if (writing != (readOnly ? engine_error::kReadOnly : 0)) ::_exit(95);
+      });
+      return opening == engine_error::kCannotOpen ? 2 : opening != 0 ? 96 : readOnly ? 1 : 0;
     });
   };
   const auto folderMode = [&](mode_t mode) { ASSERT_EQ(::chmod(folder.path().c_str(), mode), 0); };
@@ -108,6 +115,13 @@ TEST_F(EngineTest, FilesThatCannotBeWrittenAreRefusedAtOpening) {
   if (::geteuid() == 0) {
     EXPECT_EQ(asOther(), 2) << "the folder cannot be entered";
   }
+  // A log that another tool left makes no difference to a reader, and nobody else's file is changed for him.
+  ASSERT_EQ(::system(("sqlite3 '" + file + "' 'PRAGMA journal_mode = WAL' > /dev/null").c_str()), 0);
+  const std::string bytes = fileBytes(file);
+  folderMode(0555);
+  EXPECT_EQ(asOther(), 1);
+  EXPECT_EQ(fileBytes(file), bytes);
+  folderMode(0700);
 }
 
 // --- definitions

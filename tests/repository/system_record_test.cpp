@@ -1,5 +1,6 @@
 #include "repository/system_record.h"
 
+#include "repository/rights.h"
 #include "repository_fixture.h"
 
 namespace quillmarden {
@@ -62,7 +63,7 @@ TEST_F(SystemRecords, WhoMayEdit) {
     record.owner = "Suzuki";
     record.editAllowed = editAllowed;
     record.userLimit = limit;
-    return canEdit(session, record);
+    return static_cast<bool>(mayChangeSystem(session, record));
   };
   EXPECT_TRUE(allowed("admin", false, true, 0));
   EXPECT_TRUE(allowed("admin", false, true, 1));
