@@ -12,12 +12,12 @@ namespace quillmarden {
 
 namespace {
 
-namespace col = memo_col;
+namespace memoCol = memo_col;
 
 void putMemo(std::string& output, const Spread& grid) {
   for (int row = 1; row <= grid.maxRows(); ++row) {
-    if (trim(grid.text(col::kSymbol, row)).empty() && trim(grid.text(col::kText, row)).empty()) continue;
-    for (int column = 1; column <= col::kCount; ++column) {
+    if (trim(grid.text(memoCol::kSymbol, row)).empty() && trim(grid.text(memoCol::kText, row)).empty()) continue;
+    for (int column = 1; column <= memoCol::kCount; ++column) {
       if (column > 1) output += '\t';
       putCell(output, grid.text(column, row));
     }
@@ -25,13 +25,13 @@ void putMemo(std::string& output, const Spread& grid) {
   }
 }
 
-std::string faultOf(const GridText& text, const Spread& grid) {
+std::string memoFault(const GridText& text, const Spread& grid) {
   if (!text.fault.empty()) return text.fault;
   for (std::size_t row = 0; row < text.rows.size(); ++row) {
     const auto& cells = text.rows[row];
-    if (cells.size() < col::kCount || trim(cells[col::kCreated - 1]).empty()) continue;
-    if (!parseDateTime(trim(cells[col::kCreated - 1])))
-      return cellName(row + 1, col::kCreated, grid) + "が日時ではありません.";
+    if (cells.size() < memoCol::kCount || trim(cells[memoCol::kCreated - 1]).empty()) continue;
+    if (!parseDateTime(trim(cells[memoCol::kCreated - 1])))
+      return cellName(row + 1, memoCol::kCreated, grid) + "が日時ではありません.";
   }
   return lengthFault(text, grid);
 }
@@ -57,7 +57,7 @@ ExitStatus runMemo(Run& run) {
     return kDone;
   }
   const GridText lines = parseGridText(text, memo.Spread);
-  if (const std::string fault = faultOf(lines, memo.Spread); !fault.empty())
+  if (const std::string fault = memoFault(lines, memo.Spread); !fault.empty())
     return failure(run, fmt::format("{}\n {}", options.saveFile, fault));
   memo.Spread.setMaxRows(0);
   memo.Spread.setMaxRows(static_cast<int>(lines.rows.size()));

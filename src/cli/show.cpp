@@ -54,7 +54,7 @@ void putHeader(std::string& output, const frmTBDetail& detail) {
   line("想定保持", detail.lblKensu[3].caption);
 }
 
-void putGrid(std::string& output, const Spread& grid) {
+void putFieldGrid(std::string& output, const Spread& grid) {
   for (int row = 1; row <= grid.maxRows(); ++row) {
     for (int col = 1; col <= field_col::kCount; ++col) {
       if (col > 1) output += '\t';
@@ -77,7 +77,7 @@ ExitStatus runShow(Run& run) {
     putHeader(run.output, detail);
     run.output += '\n';
   }
-  putGrid(run.output, detail.Spread);
+  putFieldGrid(run.output, detail.Spread);
   return kDone;
 }
 

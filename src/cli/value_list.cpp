@@ -16,10 +16,10 @@ namespace quillmarden {
 
 namespace {
 
-namespace col = division_col;
+namespace valueCol = division_col;
 
 /// The cells that a file holds.
-constexpr int kFileColumns = col::kOutline;
+constexpr int kFileColumns = valueCol::kOutline;
 
 /// The columns of a file for values of this type.
 Spread fileGrid(const frmDivision& screen) {
@@ -42,20 +42,21 @@ std::string valueFault(std::string_view value, bool numeric, std::unordered_map<
 }
 
 /// What the screen would not let a person type, and its check for equal values, with the line and cell.
-std::string faultOf(const GridText& text, const Spread& grid) {
+std::string valueListFault(const GridText& text, const Spread& grid) {
   if (!text.fault.empty()) return text.fault;
-  const bool numeric = grid.column(col::kValue).kind == CellKind::Integer;
+  const bool numeric = grid.column(valueCol::kValue).kind == CellKind::Integer;
   std::unordered_map<std::string, std::size_t> seen;
   bool hasPreset = false;
   for (std::size_t row = 0; row < text.rows.size(); ++row) {
     const auto& cells = text.rows[row];
     const std::string_view preset = trim(cells[0]);
     if (!preset.empty() && preset != "0" && !isSet(preset))
-      return cellName(row + 1, col::kPreset, grid) + "は、-1 か 0 です.";
-    if (isSet(preset) && hasPreset) return cellName(row + 1, col::kPreset, grid) + "が2件以上あります.";
+      return cellName(row + 1, valueCol::kPreset, grid) + "は、-1 か 0 です.";
+    if (isSet(preset) && hasPreset) return cellName(row + 1, valueCol::kPreset, grid) + "が2件以上あります.";
     hasPreset = hasPreset || isSet(preset);
-    const std::string fault = cells.size() < col::kValue ? "" : valueFault(cells[col::kValue - 1], numeric, seen);
-    if (!fault.empty()) return cellName(row + 1, col::kValue, grid) + fault;
+    const std::string fault =
+        cells.size() < valueCol::kValue ? "" : valueFault(cells[valueCol::kValue - 1], numeric, seen);
+    if (!fault.empty()) return cellName(row + 1, valueCol::kValue, grid) + fault;
   }
   return lengthFault(text, grid);
 }
@@ -64,17 +65,18 @@ std::string faultOf(const GridText& text, const Spread& grid) {
 void replaceEntries(Spread& grid, const std::vector<std::vector<std::string>>& rows) {
   std::unordered_map<std::string, std::pair<std::string, std::string>> makers;
   for (int row = 1; row <= grid.maxRows(); ++row)
-    makers.emplace(grid.text(col::kValue, row), std::pair(grid.text(col::kAuthor, row), grid.text(col::kCreated, row)));
+    makers.emplace(grid.text(valueCol::kValue, row),
+                   std::pair(grid.text(valueCol::kAuthor, row), grid.text(valueCol::kCreated, row)));
   grid.setMaxRows(0);
   grid.setMaxRows(static_cast<int>(rows.size()));
   for (int row = 1; row <= grid.maxRows(); ++row) {
     const auto& cells = rows[static_cast<std::size_t>(row - 1)];
-    grid.setText(col::kPreset, row, isSet(trim(cells[0])) ? "-1" : "0");
+    grid.setText(valueCol::kPreset, row, isSet(trim(cells[0])) ? "-1" : "0");
     for (std::size_t cell = 1; cell < cells.size(); ++cell) grid.setText(static_cast<int>(cell) + 1, row, cells[cell]);
-    const auto maker = makers.find(std::string(grid.text(col::kValue, row)));
+    const auto maker = makers.find(std::string(grid.text(valueCol::kValue, row)));
     if (maker == makers.end()) continue;
-    grid.setText(col::kAuthor, row, maker->second.first);
-    grid.setText(col::kCreated, row, maker->second.second);
+    grid.setText(valueCol::kAuthor, row, maker->second.first);
+    grid.setText(valueCol::kCreated, row, maker->second.second);
   }
 }
 
@@ -106,7 +108,7 @@ void putList(Run& run, const frmDivision& screen) {
     output += '\n';
   }
   for (int row = 1; row <= screen.Spread.maxRows(); ++row) {
-    if (trim(screen.Spread.text(col::kValue, row)).empty()) continue;
+    if (trim(screen.Spread.text(valueCol::kValue, row)).empty()) continue;
     for (int column = 1; column <= kFileColumns; ++column) {
       if (column > 1) output += '\t';
       putCell(output, screen.Spread.text(column, row));
@@ -150,7 +152,7 @@ bool saveEntries(Run& run, frmDivision& screen, const ValueListItem& item, std::
   if (showValueList(run.session, run.host, screen, item)) return false;
   const Spread grid = fileGrid(screen);
   const GridText lines = parseGridText(text, grid);
-  if (const std::string fault = faultOf(lines, grid); !fault.empty())
+  if (const std::string fault = valueListFault(lines, grid); !fault.empty())
     return failure(run, fmt::format("{}\n {}", run.options.saveFile, fault)) == kDone;
   replaceEntries(screen.Spread, lines.rows);
   return !CmdUpDate_Click(run.session, run.host, screen);

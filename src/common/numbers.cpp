@@ -6,16 +6,13 @@
 #include <cmath>
 
 #include "common/text.h"
+#include "common/utf8.h"
 #include "engine/convert.h"
 #include "engine/value.h"
 
 namespace quillmarden {
 
-namespace {
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-}  // namespace
+namespace {}  // namespace
 
 std::string gNumFromText(std::string_view text, bool allowPoint) {
   std::string number;

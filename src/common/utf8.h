@@ -14,6 +14,9 @@ struct Utf8Step {
   bool valid;
 };
 
+/// An ASCII digit, whatever the locale.
+inline bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
+
 /// How many bytes from `at` on are ASCII.
 inline std::size_t asciiRun(std::string_view text, std::size_t at) {
   const std::size_t start = at;

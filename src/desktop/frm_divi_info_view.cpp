@@ -17,7 +17,7 @@ namespace quillmarden {
 
 namespace {
 
-constexpr int kMargin = 20;
+constexpr int kDiviInfoMargin = 20;
 
 QHBoxLayout* buttonRow(std::initializer_list<QPushButton*> left, std::initializer_list<QPushButton*> right) {
   auto* row = new QHBoxLayout;
@@ -35,7 +35,7 @@ FrmDiviInfoView::FrmDiviInfoView(Front& front, std::string screen) : View(front,
   frmDiviInfo& record = app().diviInfo;
   binder().bindTitle(this, record.caption);
   auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(kMargin, kMargin, kMargin, 16);
+  rows->setContentsMargins(kDiviInfoMargin, kDiviInfoMargin, kDiviInfoMargin, 16);
   rows->setSpacing(14);
   auto* fields = new QFormLayout;
   fields->setHorizontalSpacing(12);
@@ -79,7 +79,7 @@ FrmDiviRefView::FrmDiviRefView(Front& front, std::string screen) : View(front, s
   frmDiviRef& record = app().diviRef;
   binder().bindTitle(this, record.caption);
   auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(kMargin, kMargin, kMargin, 16);
+  rows->setContentsMargins(kDiviInfoMargin, kDiviInfoMargin, kDiviInfoMargin, 16);
   rows->setSpacing(10);
 
   auto* kind = new QHBoxLayout;

@@ -22,7 +22,7 @@ namespace quillmarden {
 
 namespace {
 
-constexpr int kMargin = 12;
+constexpr int kDivisionMargin = 12;
 constexpr int kMemoHeight = 58;
 constexpr int kNameWidth = 140;
 constexpr int kListsWidth = 390;
@@ -58,17 +58,17 @@ FrmDivisionView::FrmDivisionView(Front& front, std::string screen)
   binder().bindTitle(this, record_.caption);
   auto* halves = new QSplitter(Qt::Horizontal);
   halves->setChildrenCollapsible(false);
-  halves->setHandleWidth(kMargin);
+  halves->setHandleWidth(kDivisionMargin);
   halves->addWidget(makeLists());
   halves->addWidget(makeShown());
   halves->setStretchFactor(1, 1);
   halves->setSizes({kListsWidth, kGridWidth});
   auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  rows->setContentsMargins(kDivisionMargin, kDivisionMargin, kDivisionMargin, kDivisionMargin);
   rows->setSpacing(10);
   rows->addWidget(halves, 1);
   rows->addWidget(makeFoot());
-  resize(kListsWidth + kGridWidth + 3 * kMargin, 660);
+  resize(kListsWidth + kGridWidth + 3 * kDivisionMargin, 660);
 }
 
 QAction* FrmDivisionView::action(const char* name, const char* caption, const char* key, QWidget* owner,
@@ -170,7 +170,7 @@ QWidget* FrmDivisionView::makeShown() {
   // The frame around the list on show is this card.
   binder().unseen({"fraKIHON"});
   auto* rows = new QVBoxLayout(card);
-  rows->setContentsMargins(kMargin, 10, kMargin, 10);
+  rows->setContentsMargins(kDivisionMargin, 10, kDivisionMargin, 10);
   rows->setSpacing(8);
   rows->addWidget(makeTitle());
   auto* memo = binder().bind("TxtMemo", new QPlainTextEdit, record_.TxtMemo);

@@ -21,7 +21,7 @@ namespace quillmarden {
 
 namespace {
 
-constexpr int kMargin = 12;
+constexpr int kKensuMargin = 12;
 constexpr int kTableWidth = 140;
 
 /// The names of the definitions, without the IDs behind them.
@@ -59,14 +59,14 @@ FrmKensuView::FrmKensuView(Front& front, std::string screen) : View(front, std::
   binder().bindTitle(this, record_.caption);
   auto* parts = new QSplitter(Qt::Horizontal);
   parts->setChildrenCollapsible(false);
-  parts->setHandleWidth(kMargin);
+  parts->setHandleWidth(kKensuMargin);
   parts->addWidget(makeDefinitions());
   parts->addWidget(makeFields());
   parts->addWidget(makeTables());
   parts->setStretchFactor(1, 1);
   parts->setSizes({240, 460, 220});
   auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  rows->setContentsMargins(kKensuMargin, kKensuMargin, kKensuMargin, kKensuMargin);
   rows->setSpacing(10);
   rows->addWidget(parts, 1);
   rows->addWidget(makeFoot());

@@ -23,7 +23,7 @@ namespace quillmarden {
 
 namespace {
 
-constexpr int kMargin = 16;
+constexpr int kOptionsMargin = 16;
 
 /// The name of one control of an array.
 std::string indexed(std::string_view name, std::size_t index) {
@@ -37,7 +37,7 @@ struct Page {
 
   explicit Page(int count) {
     auto* row = new QHBoxLayout(widget);
-    row->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    row->setContentsMargins(kOptionsMargin, kOptionsMargin, kOptionsMargin, kOptionsMargin);
     row->setSpacing(14);
     for (int column = 0; column < count; ++column) {
       columns.push_back(new QVBoxLayout);
@@ -59,7 +59,7 @@ FrmOptionsView::FrmOptionsView(Front& front, std::string screen)
   setWindowModality(Qt::ApplicationModal);
   binder().bindTitle(this, record_.caption);
   auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  rows->setContentsMargins(kOptionsMargin, kOptionsMargin, kOptionsMargin, kOptionsMargin);
   rows->setSpacing(12);
   rows->addWidget(makePages(), 1);
   rows->addWidget(makeButtons());

@@ -17,7 +17,7 @@ namespace quillmarden {
 
 namespace {
 
-constexpr int kMargin = 12;
+constexpr int kReportMargin = 12;
 // Columns follow the texts of this many rows, and no text makes one wider than this; pixels.
 constexpr int kMeasuredRows = 200;
 constexpr int kWidest = 420;
@@ -45,7 +45,7 @@ FrmReportView::FrmReportView(Front& front, std::string screen)
   const AppSettings& settings = app().session.settings;
   grid_->setLook(settings.fontSize2Spread, settings.spreadRowHeightScale);
   auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  rows->setContentsMargins(kReportMargin, kReportMargin, kReportMargin, kReportMargin);
   rows->setSpacing(10);
   rows->addWidget(makeQuery());
   rows->addWidget(grid_, 1);
@@ -58,7 +58,7 @@ QWidget* FrmReportView::makeQuery() {
   auto* card = new QFrame;
   card->setObjectName(QStringLiteral("card"));
   auto* row = new QHBoxLayout(card);
-  row->setContentsMargins(kMargin, 10, kMargin, 10);
+  row->setContentsMargins(kReportMargin, 10, kReportMargin, 10);
   row->setSpacing(10);
   auto* queries = new QueryBox;
   queries->setMinimumContentsLength(16);

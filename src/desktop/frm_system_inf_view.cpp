@@ -22,7 +22,7 @@ namespace quillmarden {
 
 namespace {
 
-constexpr int kMargin = 16;
+constexpr int kSystemInfMargin = 16;
 constexpr const char* kKindCaption = "デフォルトデータベース";
 
 QVBoxLayout* column(std::initializer_list<QWidget*> groups) {
@@ -53,7 +53,7 @@ FrmSystemInfView::FrmSystemInfView(Front& front, std::string screen)
     : View(front, std::move(screen)), record_(app().systemInf) {
   binder().bindTitle(this, record_.caption);
   auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  rows->setContentsMargins(kSystemInfMargin, kSystemInfMargin, kSystemInfMargin, kSystemInfMargin);
   rows->setSpacing(12);
   auto* page = new QWidget;
   auto* columns = new QHBoxLayout(page);

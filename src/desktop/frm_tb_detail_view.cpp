@@ -25,7 +25,7 @@ namespace quillmarden {
 
 namespace {
 
-constexpr int kMargin = 12;
+constexpr int kTbDetailMargin = 12;
 /// How long an edit may stand before it is kept for the case of a crash.
 constexpr int kBackupDelayMs = 1000;
 constexpr QSize kSize(1180, 700);
@@ -92,7 +92,7 @@ FrmTbDetailView::FrmTbDetailView(Front& front, std::string screen)
     if (QMenu* menu = action->menu()) connect(menu, &QMenu::aboutToShow, this, [this] { grid_->endEdit(); });
   rows->addWidget(bar);
   auto* body = new QVBoxLayout;
-  body->setContentsMargins(kMargin, kMargin, kMargin, 4);
+  body->setContentsMargins(kTbDetailMargin, kTbDetailMargin, kTbDetailMargin, 4);
   body->setSpacing(8);
   body->addWidget(makeHead());
   body->addWidget(below, 1);
@@ -128,7 +128,7 @@ QWidget* FrmTbDetailView::makeHead() {
   auto* card = new QFrame;
   card->setObjectName(QStringLiteral("card"));
   auto* rows = new QVBoxLayout(card);
-  rows->setContentsMargins(kMargin, 8, kMargin, 8);
+  rows->setContentsMargins(kTbDetailMargin, 8, kTbDetailMargin, 8);
   rows->setSpacing(8);
   auto* top = new QHBoxLayout;
   top->setSpacing(12);

@@ -24,7 +24,7 @@ namespace quillmarden {
 
 namespace {
 
-constexpr int kMargin = 16;
+constexpr int kTbInfoMargin = 16;
 
 /// A page of two forms side by side.
 struct TwoForms {
@@ -34,7 +34,7 @@ struct TwoForms {
 
   TwoForms() {
     auto* row = new QHBoxLayout(page);
-    row->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    row->setContentsMargins(kTbInfoMargin, kTbInfoMargin, kTbInfoMargin, kTbInfoMargin);
     row->setSpacing(24);
     for (QFormLayout** side : {&left, &right}) {
       auto* half = new QWidget;
@@ -93,7 +93,7 @@ QWidget* inRow(QWidget* field, std::initializer_list<QWidget*> behind) {
 FrmTbInfoView::FrmTbInfoView(Front& front, std::string screen) : View(front, std::move(screen)), record_(app().tbInfo) {
   binder().bindTitle(this, record_.caption);
   auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  rows->setContentsMargins(kTbInfoMargin, kTbInfoMargin, kTbInfoMargin, kTbInfoMargin);
   rows->setSpacing(12);
   rows->addWidget(makeNames());
   auto* tabs = new QTabWidget;
@@ -218,7 +218,7 @@ QWidget* FrmTbInfoView::makeFigures() {
 QWidget* FrmTbInfoView::makeFiles() {
   auto* page = new QWidget;
   QFormLayout* fields = fieldForm(page);
-  fields->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  fields->setContentsMargins(kTbInfoMargin, kTbInfoMargin, kTbInfoMargin, kTbInfoMargin);
   Application& app = this->app();
   const auto button = [this](const char* name, const char* caption, Button& control, Handler handler) {
     return binder().bind(name, new QPushButton(QString::fromUtf8(caption)), control, std::move(handler));

@@ -19,7 +19,7 @@ namespace col = field_col;
 enum FieldColumn {
   kRowNo,
   kOrder,
-  kJapaneseName,
+  kNameInJapanese,
   kFieldName,
   kKey,
   kType,
@@ -27,7 +27,7 @@ enum FieldColumn {
   kFractionDigits,
   kLength,
   kNull,
-  kPersonal,
+  kPersonalMark,
   kClass,
   kValueList,
   kRemark,
@@ -57,7 +57,7 @@ struct PlainColumn {
   int to;
 };
 constexpr PlainColumn kPlainColumns[] = {
-    {kJapaneseName, col::kJapaneseName},
+    {kNameInJapanese, col::kJapaneseName},
     {kFieldName, col::kFieldName},
     {kWholeDigits, col::kWholeDigits},
     {kFractionDigits, col::kFractionDigits},
@@ -205,7 +205,7 @@ void fillRow(Fill& fill, const Recordset& row, int gridRow) {
   grid.setRowTag(gridRow, static_cast<long>(row.integer(kRowNo)));
   for (const PlainColumn& plain : kPlainColumns)
     if (!row.isNull(plain.from)) grid.setText(plain.to, gridRow, row.text(plain.from));
-  if (mode == DetailMode::Member && row.text(kJapaneseName).empty() && !row.text(kFieldName).empty())
+  if (mode == DetailMode::Member && row.text(kNameInJapanese).empty() && !row.text(kFieldName).empty())
     grid.setText(col::kJapaneseName, gridRow, row.text(kFieldName));
   if (mode == DetailMode::Prj) {
     if (!row.isNull(kDbColumnName)) grid.setText(col::kKey, gridRow, row.text(kDbColumnName));
@@ -214,7 +214,7 @@ void fillRow(Fill& fill, const Recordset& row, int gridRow) {
   }
   fillType(fill, row, gridRow);
   fillLength(fill, row, gridRow);
-  fillCheck(fill, row, kPersonal, col::kPmark, gridRow);
+  fillCheck(fill, row, kPersonalMark, col::kPmark, gridRow);
   fillRange(fill, row, gridRow);
   fillCreated(fill, row, gridRow);
   grid.setText(col::kOrder, gridRow, threeDigits(gridRow));

@@ -8,7 +8,7 @@ namespace quillmarden {
 
 namespace {
 
-constexpr std::string_view kForm = "1";
+constexpr std::string_view kCopyForm = "1";
 constexpr std::string_view kEnd = "#end";
 
 void appendEscaped(std::string& text, std::string_view value) {
@@ -115,7 +115,7 @@ bool takeHead(GridCopy& copy, std::string& form, std::string& tags, std::string_
 
 std::string gridCopyText(const GridCopy& copy) {
   std::string text;
-  line(text, "grid", kForm);
+  line(text, "grid", kCopyForm);
   line(text, "repository", copy.head.repository);
   line(text, "system", copy.head.system);
   line(text, "table", copy.head.tableId);
@@ -153,7 +153,7 @@ std::optional<GridCopy> parseGridCopy(std::string_view text) {
     head = name != "tags";
   }
   const auto tags = parseTags(tagText);
-  if (form != kForm || copy.head.tableId.empty() || !tags || tags->size() != lines.size() - at) return std::nullopt;
+  if (form != kCopyForm || copy.head.tableId.empty() || !tags || tags->size() != lines.size() - at) return std::nullopt;
   for (std::size_t i = 0; i < tags->size(); ++i) copy.rows.push_back(parseRow(lines[at + i], (*tags)[i]));
   copy.head.rows = static_cast<int>(copy.rows.size());
   return copy;

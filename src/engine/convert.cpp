@@ -6,13 +6,13 @@
 #include <cmath>
 #include <cstdio>
 
+#include "common/utf8.h"
+
 namespace quillmarden {
 
 namespace {
 
 char lower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
-
-bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
 
 std::string_view trimmed(std::string_view text) {
   while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);

@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view kPrimaryKey = "PrimaryKey";
 
 // The words that other tools declare columns with, beside our own; what is not among them is text.
-constexpr std::array<std::pair<std::string_view, FieldType>, 34> kTypeWords = {{
+constexpr std::array<std::pair<std::string_view, FieldType>, 34> kStoredTypes = {{
     {"text", FieldType::Text},          {"memo", FieldType::Memo},       {"clob", FieldType::Memo},
     {"longtext", FieldType::Memo},      {"char", FieldType::Text},       {"varchar", FieldType::Text},
     {"nchar", FieldType::Text},         {"nvarchar", FieldType::Text},   {"smallint", FieldType::Integer},
@@ -31,9 +31,9 @@ constexpr std::array<std::pair<std::string_view, FieldType>, 34> kTypeWords = {{
 void readDeclaredType(std::string_view declared, FieldDef& field) {
   const std::size_t wordEnd = std::min(declared.find_first_of(" ("), declared.size());
   const std::string_view word = declared.substr(0, wordEnd);
-  const auto* found = std::find_if(kTypeWords.begin(), kTypeWords.end(),
+  const auto* found = std::find_if(kStoredTypes.begin(), kStoredTypes.end(),
                                    [&](const auto& entry) { return sameName(entry.first, word); });
-  field.type = found == kTypeWords.end() ? FieldType::Memo : found->second;
+  field.type = found == kStoredTypes.end() ? FieldType::Memo : found->second;
   if (field.type != FieldType::Text) return;
   const std::size_t open = declared.find('(');
   int size = 0;

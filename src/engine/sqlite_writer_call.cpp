@@ -7,7 +7,7 @@ namespace quillmarden {
 
 namespace {
 
-struct Function {
+struct WrittenFunction {
   std::string_view name;  ///< in upper case
   std::string_view sql;   ///< of SQLite, or of registerFunctions
   std::size_t least;      ///< arguments
@@ -15,7 +15,7 @@ struct Function {
   ValueType type;
 };
 
-constexpr Function kFunctions[] = {
+constexpr WrittenFunction kFunctions[] = {
     {"TRIM", "trim", 1, 1, ValueType::Text},
     {"LTRIM", "ltrim", 1, 1, ValueType::Text},
     {"RTRIM", "rtrim", 1, 1, ValueType::Text},
@@ -108,7 +108,7 @@ Written StatementWriter::call(const Expression& node, Scope& scope) {
   if (isAggregate(node.name)) return aggregate(node, scope);
   if (std::find(std::begin(kChoices), std::end(kChoices), node.name) != std::end(kChoices)) return choice(node, scope);
   const auto* found = std::find_if(std::begin(kFunctions), std::end(kFunctions),
-                                   [&](const Function& candidate) { return candidate.name == node.name; });
+                                   [&](const WrittenFunction& candidate) { return candidate.name == node.name; });
   if (found == std::end(kFunctions)) {
     throw EngineError(engine_error::kUnknownFunction, "関数「" + node.name + "」は使えません.");
   }

@@ -6,13 +6,12 @@
 #include <optional>
 #include <string>
 
+#include "common/utf8.h"
 #include "engine/convert.h"
 
 namespace quillmarden {
 
 namespace {
-
-bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
 
 bool isNameStart(char letter) {
   return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') || letter == '_' ||

@@ -5,7 +5,7 @@
 namespace quillmarden {
 namespace {
 
-Value flagValue(bool flag) { return std::int64_t{flag ? -1 : 0}; }
+Value seedFlag(bool flag) { return std::int64_t{flag ? -1 : 0}; }
 
 }  // namespace
 
@@ -62,9 +62,9 @@ const std::vector<std::string>& fileTypeColumns() {
 std::vector<Value> fileTypeRow(std::string_view kind, const SeedType& seed) {
   std::string_view conversion;
   if (kind == "Access") conversion = accessTypeConversion(toLower(seed.type));
-  return {std::string(kind),           std::string(seed.type),
-          flagValue(seed.takesDigits), std::int64_t{seed.digits},
-          flagValue(seed.numeric),     conversion.empty() ? Value() : Value(std::string(conversion))};
+  return {std::string(kind),          std::string(seed.type),
+          seedFlag(seed.takesDigits), std::int64_t{seed.digits},
+          seedFlag(seed.numeric),     conversion.empty() ? Value() : Value(std::string(conversion))};
 }
 
 const std::vector<std::string>& fileConvColumns() {
@@ -76,8 +76,8 @@ const std::vector<std::string>& fileConvColumns() {
 
 std::vector<Value> fileConvRow(const SeedConversion& seed) {
   return {std::string(seed.fromKind), std::string(seed.fromType),     std::string(seed.toKind),
-          std::string(seed.toType),   flagValue(seed.takesDigits),    std::int64_t{0},
-          flagValue(seed.numeric),    std::int64_t{seed.wholeDigits}, std::int64_t{seed.fractionDigits}};
+          std::string(seed.toType),   seedFlag(seed.takesDigits),     std::int64_t{0},
+          seedFlag(seed.numeric),     std::int64_t{seed.wholeDigits}, std::int64_t{seed.fractionDigits}};
 }
 
 }  // namespace quillmarden

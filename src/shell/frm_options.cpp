@@ -10,17 +10,17 @@
 namespace quillmarden {
 namespace {
 
-constexpr std::string_view kList = "テーブルリスト";
+constexpr std::string_view kListGroup = "テーブルリスト";
 constexpr std::string_view kGrid = "項目の画面";
 constexpr std::string_view kSql = "SQL文の出力";
 constexpr std::string_view kIndex = "インデックス名";
 constexpr std::string_view kBook = "Excelの出力";
 
 constexpr OptionLine kLines[] = {
-    {"TableListBoxDblClick", kList, "ダブルクリックで別の詳細画面を開く"},
-    {"WhereMojiListSystem", kList, "検索条件の履歴をシステムごとに保存する"},
-    {"FindMsgOff", kList, "検索の前に確認しない"},
-    {"TableRefMark", kList, "参照テーブルを < > で囲む(オフのときは [ ])"},
+    {"TableListBoxDblClick", kListGroup, "ダブルクリックで別の詳細画面を開く"},
+    {"WhereMojiListSystem", kListGroup, "検索条件の履歴をシステムごとに保存する"},
+    {"FindMsgOff", kListGroup, "検索の前に確認しない"},
+    {"TableRefMark", kListGroup, "参照テーブルを < > で囲む(オフのときは [ ])"},
     {"DetailFormRenDataChkIsOn", kGrid, "テーブルを切り替えるとき、未保存の変更を確認する"},
     {"DetailsFormOpenSize", kGrid, "別に開いた詳細画面の大きさを固定する"},
     {"SpreadCopy2AddRow", kGrid, "最終行を超える貼り付けで行を追加する"},

@@ -11,8 +11,8 @@ namespace quillmarden {
 
 namespace {
 
-constexpr std::string_view kList = "frmTBList";
-constexpr std::string_view kMainDetail = "frmTBDetail";
+constexpr std::string_view kListScreen = "frmTBList";
+constexpr std::string_view kDetailScreen = "frmTBDetail";
 
 /// The screen of lstForm's current row, "" when there is none.
 std::string listedScreen(const Application& app) { return std::string(tableListId(app.list.lstForm.text())); }
@@ -32,23 +32,23 @@ void chooseSystem(Application& app) {
 void LstTable_Click(Application& app) {
   if (pReadTbDetailsData(app.session, app.host, app.list, app.detail())) return;
   if (app.list.running) return;
-  openScreen(app, kMainDetail);
+  openScreen(app, kDetailScreen);
   pSetCurrentTableName2Info(app);
 }
 
 void LstTable_DblClick(Application& app) {
-  const OpenScreen* detail = app.open.find(kMainDetail);
+  const OpenScreen* detail = app.open.find(kDetailScreen);
   if (app.session.settings.tableListBoxDblClick && detail && detail->visible) mnuOpenDetails_Click(app);
 }
 
 bool LstTable_Key(Application& app, char key, int shift) {
   const auto command = LstTable_KeyDown(key, shift);
-  return command && pressMenu(app, kList, command->menu, command->index);
+  return command && pressMenu(app, kListScreen, command->menu, command->index);
 }
 
 void LstTable_PopUp(Application& app) {
   LstTable_RightClick(app.session, app.host, app.list);
-  if (app.display.popUp) app.display.popUp(kList, "mnutEdit");
+  if (app.display.popUp) app.display.popUp(kListScreen, "mnutEdit");
 }
 
 void lstForm_DblClick(Application& app) {
@@ -86,7 +86,7 @@ void CmdSystem_Click(Application& app) {
 
 void mnuSelectPut_Click(Application& app) {
   if (mnuSelectPut_Click(app.host, app.list)) return;
-  if (app.display.popUp) app.display.popUp(kList, "mnutExcel");
+  if (app.display.popUp) app.display.popUp(kListScreen, "mnutExcel");
 }
 
 void mnuRev_Click(Application& app) {

@@ -68,6 +68,11 @@ inline MenuPress opens(std::string screen) {
   return [screen = std::move(screen)](Application& app, std::string_view) { app.windows.show(screen); };
 }
 
+/// A detail screen that holds a table.
+inline bool hasTable(const Application& app, std::string_view screen) {
+  return !app.detail(screen).lblID.caption.empty();
+}
+
 // The menus, a file each.
 std::vector<Menu> listMenus();
 std::vector<Menu> detailMenus();

@@ -6,8 +6,6 @@ namespace quillmarden {
 
 namespace {
 
-bool hasTable(const Application& app, std::string_view screen) { return !app.detail(screen).lblID.caption.empty(); }
-
 MenuPress alterTable(int index) {
   return [index](Application& app, std::string_view screen) {
     const frmTBDetail& detail = app.detail(screen);

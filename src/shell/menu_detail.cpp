@@ -23,8 +23,6 @@ MenuPress onCells(void (*handler)(Session&, Host&, frmTBDetail&, const GridSelec
   };
 }
 
-bool hasTable(const Application& app, std::string_view screen) { return !app.detail(screen).lblID.caption.empty(); }
-
 bool canEditGrid(const Application& app, std::string_view screen) {
   const frmTBDetail& detail = app.detail(screen);
   return !detail.lblID.caption.empty() && !detail.readOnly && detail.mnuEditing.enabled;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/utf8.h"
 #include "workbook/workbook_error.h"
 
 namespace quillmarden {
@@ -9,7 +10,6 @@ namespace quillmarden {
 namespace {
 
 bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 /// One end of a range: letters, a number, or both, each behind an optional "$".
 struct Corner {

@@ -7,6 +7,9 @@
 
 namespace quillmarden {
 
+/// The part's name in the package.
+inline constexpr std::string_view kTypesPart = "[Content_Types].xml";
+
 /// [Content_Types].xml. Extensions and part names compare without case.
 struct ContentTypes {
   std::vector<std::pair<std::string, std::string>> defaults;   ///< extension, type

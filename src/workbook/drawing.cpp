@@ -6,16 +6,15 @@
 #include <array>
 #include <cmath>
 
+#include "workbook/units.h"
 #include "workbook/xml_text.h"
 
 namespace quillmarden {
 namespace {
 
-constexpr double kUnitsPerPoint = 12700;  // English Metric Units
-constexpr double kPixelsPerPoint = 96.0 / 72.0;
+constexpr double kUnitsPerPoint = 12700;   // English Metric Units
 constexpr std::int64_t kThinnest = 12700;  // a connector as wide as nothing has no place to bend
 constexpr double kBulge = 14;              // points that a line runs beside boxes which stand above each other
-constexpr int kShapesABlock = 1024;        // legacy shape numbers are handed out in blocks
 
 std::int64_t units(double points) { return std::llround(points * kUnitsPerPoint); }
 

@@ -11,6 +11,9 @@
 
 namespace quillmarden {
 
+/// Legacy shape numbers are handed out in blocks of this size.
+inline constexpr int kShapesABlock = 1024;
+
 /// A place on a sheet in points from its top left corner.
 struct Box {
   double left = 0;

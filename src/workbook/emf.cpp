@@ -6,13 +6,14 @@
 #include <vector>
 
 #include "common/utf8.h"
+#include "workbook/units.h"
 
 namespace quillmarden {
 namespace {
 
 // Record types, by their names in the format.
 enum Record : std::uint32_t {
-  kHeader = 1,
+  kHeaderRecord = 1,
   kSetWindowExtent = 9,
   kSetWindowOrigin = 10,
   kSetViewportExtent = 11,
@@ -42,7 +43,6 @@ constexpr std::uint32_t kStockWhiteBrush = 0x80000000;
 constexpr std::uint32_t kStockSystemFont = 0x8000000D;
 constexpr std::uint32_t kObject = 1;  // one object lives at a time, so one handle serves
 constexpr double kUnits = 20;         // drawing units a point
-constexpr double kPixelsPerPoint = 96.0 / 72.0;
 constexpr double kHundredthsOfMillimetre = 2540.0 / 72.0;
 
 std::int32_t rounded(double value) { return static_cast<std::int32_t>(std::lround(value)); }
@@ -77,7 +77,7 @@ std::uint32_t read32(std::string_view bytes, std::size_t at) {
 }  // namespace
 
 Emf::Emf(double width, double height) : width_(std::max(width, 1.0)), height_(std::max(height, 1.0)) {
-  const auto header = begin(kHeader);
+  const auto header = begin(kHeaderRecord);
   for (int i = 0; i < 4; ++i) put32(0);  // bounds and frame are known at the end
   for (int i = 0; i < 4; ++i) put32(0);
   put32(0x464D4520);  // " EMF"

@@ -9,6 +9,7 @@
 #include <unordered_map>
 
 #include "common/utf8.h"
+#include "workbook/units.h"
 #include FT_FREETYPE_H
 #include FT_TRUETYPE_TABLES_H
 
@@ -20,7 +21,6 @@ constexpr double kLeastLineHeight = 1.2273;
 // Where the font is not installed, other programs may choose another substitute than we do. The tallest of the common
 // Japanese ones asks for this much, and has no kana narrower than an em.
 constexpr double kSubstituteLineHeight = 1.45;
-constexpr double kPixelsPerPoint = 96.0 / 72.0;
 constexpr double kPixelTolerance = 0.05;
 
 struct Substitute {

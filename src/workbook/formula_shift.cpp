@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view kLost = "#REF!";
 
 /// "$A$1", "A", "1" with the dollars noted; 0 for what is not there.
-struct Corner {
+struct ShiftedCorner {
   int column = 0;
   int row = 0;
   bool fixedColumn = false;
@@ -27,8 +27,8 @@ struct Corner {
 };
 
 /// The address is known to be one.
-Corner cornerOf(std::string_view text) {
-  Corner corner;
+ShiftedCorner cornerOf(std::string_view text) {
+  ShiftedCorner corner;
   bool dollar = false;
   for (const char c : text) {
     if (c == '$') {
@@ -47,8 +47,8 @@ Corner cornerOf(std::string_view text) {
 }
 
 struct Address {
-  Corner first;
-  std::optional<Corner> last;
+  ShiftedCorner first;
+  std::optional<ShiftedCorner> last;
 
   std::string text() const { return last ? first.text() + ":" + last->text() : first.text(); }
 };
@@ -64,7 +64,7 @@ std::optional<Address> addressOf(std::string_view target) {
 }
 
 /// False when the corner leaves the sheet.
-bool moveCorner(Corner& corner, int rows, int columns) {
+bool moveCorner(ShiftedCorner& corner, int rows, int columns) {
   const auto move = [](int& number, bool fixed, int by, int most) {
     if (number == 0 || fixed) return true;
     number += by;
@@ -86,8 +86,8 @@ std::string shiftTarget(const FormulaReference& reference, const RowChange& chan
     if (!row) return std::string(reference.prefix) + std::string(kLost);
     address->first.row = *row;
   } else {
-    Corner& upper = address->first.row <= address->last->row ? address->first : *address->last;
-    Corner& lower = address->first.row <= address->last->row ? *address->last : address->first;
+    ShiftedCorner& upper = address->first.row <= address->last->row ? address->first : *address->last;
+    ShiftedCorner& lower = address->first.row <= address->last->row ? *address->last : address->first;
     const auto range = shiftRange({{upper.row, 1}, {lower.row, 1}}, change);
     if (!range) return std::string(reference.prefix) + std::string(kLost);
     upper.row = range->first.row;

@@ -2,6 +2,7 @@
 
 #include <zip.h>
 
+#include "workbook/content_types.h"
 #include "workbook/package_data.h"
 #include "workbook/part_name.h"
 #include "workbook/xml_text.h"
@@ -10,7 +11,6 @@ namespace quillmarden {
 
 namespace {
 
-constexpr std::string_view kTypesPart = "[Content_Types].xml";
 constexpr std::string_view kRelationshipsType = "application/vnd.openxmlformats-package.relationships+xml";
 
 [[noreturn]] void fail(WorkbookFault fault, std::string_view part, const std::string& text) {

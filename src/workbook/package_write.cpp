@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "workbook/content_types.h"
 #include "workbook/package.h"
 #include "workbook/package_data.h"
 #include "workbook/replace_file.h"
@@ -16,8 +17,6 @@ namespace {
 constexpr zip_uint32_t kDeflateLevel = 2;
 // The first day of the zip format: what is written does not depend on when.
 constexpr zip_uint16_t kDosDate = (1 << 5) | 1;
-
-constexpr std::string_view kTypesPart = "[Content_Types].xml";
 
 [[noreturn]] void cannotWrite(std::string_view part, const char* reason) {
   throw WorkbookError(WorkbookFault::CannotWrite, std::string(part), std::string("書き込めません: ") + reason);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <pugixml.hpp>
 
+#include "workbook/drawing.h"
 #include "workbook/emf.h"
 #include "workbook/sheet_measure.h"
 
@@ -11,7 +12,6 @@ namespace {
 
 constexpr std::string_view kImageType = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/image";
 constexpr std::string_view kPackageType = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/package";
-constexpr int kShapesABlock = 1024;
 
 /// The text with `added` put in front of the root's end tag.
 std::string withinRoot(std::string xml, std::string_view added, const std::string& part) {

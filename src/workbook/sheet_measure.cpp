@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "workbook/units.h"
+
 namespace quillmarden {
 namespace {
 
-constexpr double kPixelsPerPoint = 96.0 / 72.0;
 constexpr double kPadding = 5 / kPixelsPerPoint;  // blank at both sides of a cell together
 constexpr double kIndent = 9;                     // points a step
 

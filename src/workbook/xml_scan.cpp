@@ -9,7 +9,7 @@ namespace quillmarden {
 
 namespace {
 
-constexpr std::size_t kMaxDepth = 200;
+constexpr std::size_t kMaxElementDepth = 200;
 
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 bool isBlankText(std::string_view text) { return text.find_first_not_of(" \t\r\n") == std::string_view::npos; }
@@ -99,7 +99,7 @@ XmlScanner::Token XmlScanner::startTag() {
   rootSeen_ = true;
   at_ = end + 1;
   if (!selfClosing_) {
-    if (open_.size() >= kMaxDepth) fail("要素の入れ子が深すぎます.");
+    if (open_.size() >= kMaxElementDepth) fail("要素の入れ子が深すぎます.");
     open_.push_back(name_);
   }
   return Token::Start;

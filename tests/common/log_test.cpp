@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string slurp(const fs::path& file) {
+std::string logText(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   return fromCp932(std::string(std::istreambuf_iterator<char>(stream), {}));
 }
@@ -52,10 +52,10 @@ TEST(Log, LinesOfARun) {
   log.gPutLog(scripted.host, "LOGON:花子/x.db");
   log.putError(scripted.host, "保存\n失敗😀", 3022, "重複");
   log.gPutLog(scripted.host, "plain", false);
-  EXPECT_EQ(slurp(file), "ログ記録開始\t2026/11/24 09:05:00\r\nバージョン:" + gGetVersion() +
-                             "\t2026/11/24 09:05:00\r\nLOGON:花子/x.db\t2026/11/24 09:05:00\r\n"
-                             "Error :------------------------------\r\nErrNo :3022\r\nErrMsg:重複\r\n"
-                             "保存\r\n失敗<U+1F600>\t2026/11/24 09:05:00\r\nplain\r\n");
+  EXPECT_EQ(logText(file), "ログ記録開始\t2026/11/24 09:05:00\r\nバージョン:" + gGetVersion() +
+                               "\t2026/11/24 09:05:00\r\nLOGON:花子/x.db\t2026/11/24 09:05:00\r\n"
+                               "Error :------------------------------\r\nErrNo :3022\r\nErrMsg:重複\r\n"
+                               "保存\r\n失敗<U+1F600>\t2026/11/24 09:05:00\r\nplain\r\n");
   log.finish(scripted.host, false);
   EXPECT_FALSE(fs::exists(file));
   log.finish(scripted.host, false);
@@ -70,7 +70,7 @@ TEST(Log, CrashedRunsMoveToTheHistory) {
     oldFile(file, scripted.now, 0);
     Log log;
     log.open(scripted.host);
-    EXPECT_EQ(slurp(file).find("former"), std::string::npos);
+    EXPECT_EQ(logText(file).find("former"), std::string::npos);
     log.finish(scripted.host, false);
   }
   EXPECT_EQ(history(scripted),
@@ -113,7 +113,7 @@ TEST(Log, FailedFieldAdditions) {
   putErrAddField(scripted.host, folder, "/a/見積.mdb");
   scripted.now.minute = 6;
   putErrAddField(scripted.host, folder, "/b");
-  EXPECT_EQ(slurp(folder / "logErrAddField.log"),
+  EXPECT_EQ(logText(folder / "logErrAddField.log"),
             "#------------------------------------------\r\n#フィールド追加失敗ファイルリスト\r\n"
             "#ファイル作成日:2026/11/24 09:05:00\r\n#ログ規約\r\n# ファイル名 <tab> 失敗日\r\n"
             "#------------------------------------------\r\n"

@@ -16,7 +16,7 @@
 namespace quillmarden {
 namespace {
 
-std::string slurp(const std::string& file) {
+std::string scriptText(const std::string& file) {
   std::ifstream stream(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
 }
@@ -43,15 +43,15 @@ TEST(ScriptFile, EncodesAndTellsLosses) {
   EXPECT_EQ(file.write(script.text), U"é");
   EXPECT_EQ(file.write("é"), U"é") << "told for each piece";
   file.close();
-  EXPECT_EQ(slurp(folder.file("s.txt")), "\x95\x5C?;\r\n\r\n?");
+  EXPECT_EQ(scriptText(folder.file("s.txt")), "\x95\x5C?;\r\n\r\n?");
 
   ScriptFile more(folder.file("s.txt"), TextEncoding::Utf8, true);
   EXPECT_EQ(more.write("é"), U"");
   more.close();
-  EXPECT_EQ(slurp(folder.file("s.txt")), "\x95\x5C?;\r\n\r\n?é");
+  EXPECT_EQ(scriptText(folder.file("s.txt")), "\x95\x5C?;\r\n\r\n?é");
   ScriptFile over(folder.file("s.txt"), TextEncoding::Utf8, false);
   over.close();
-  EXPECT_EQ(slurp(folder.file("s.txt")), "");
+  EXPECT_EQ(scriptText(folder.file("s.txt")), "");
 }
 
 TEST(ScriptFile, FullDiskKeepsWholePieces) {
@@ -71,7 +71,7 @@ TEST(ScriptFile, FullDiskKeepsWholePieces) {
     return 0;
   });
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(slurp(name), std::string(60, 'a') + "c");
+  EXPECT_EQ(scriptText(name), std::string(60, 'a') + "c");
 }
 
 TEST(ScriptFile, AppendingToAFullDiskKeepsTheFormerText) {
@@ -88,7 +88,7 @@ TEST(ScriptFile, AppendingToAFullDiskKeepsTheFormerText) {
     return 1;
   });
   EXPECT_EQ(result, 0);
-  EXPECT_EQ(slurp(name), "former");
+  EXPECT_EQ(scriptText(name), "former");
 }
 
 TEST(ScriptFile, DevicesAndMissingFolders) {

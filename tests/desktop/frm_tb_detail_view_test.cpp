@@ -14,7 +14,7 @@
 namespace quillmarden {
 namespace {
 
-namespace col = field_col;
+namespace fieldCol = field_col;
 
 constexpr const char* kMain = "frmTBDetail";
 
@@ -71,7 +71,7 @@ TEST_F(DetailViewTest, APersonEditsAndSavesAndTheRepositoryHoldsIt) {
   const int last = record().Spread.maxRows();
   EXPECT_FALSE(shows("picRen"));
   // A new field in the row that waits below the last one: names by keyboard and input method, type by its list.
-  goTo(col::kJapaneseName, last + 1);
+  goTo(fieldCol::kJapaneseName, last + 1);
   type(grid(), "紹介元番号");
   press(Qt::Key_Tab);
   typeKeys("referrer_no");
@@ -83,7 +83,7 @@ TEST_F(DetailViewTest, APersonEditsAndSavesAndTheRepositoryHoldsIt) {
   press(Qt::Key_Tab);
   EXPECT_TRUE(shows("picRen"));
   EXPECT_TRUE(record().changed);
-  EXPECT_EQ(cell(col::kChanged, last + 1), "変更");
+  EXPECT_EQ(cell(fieldCol::kChanged, last + 1), "変更");
   // What is still being typed belongs to what is saved.
   typeKeys("2");
   scripted.expect("確認", "登録内容を更新します.", kYes);
@@ -99,40 +99,40 @@ TEST_F(DetailViewTest, APersonEditsAndSavesAndTheRepositoryHoldsIt) {
 
 TEST_F(DetailViewTest, ARefusedCheckLeadsToItsRedCell) {
   openTable("販売管理_Oracle", "顧客マスタ");
-  const std::string first = cell(col::kJapaneseName, 1);
-  goTo(col::kJapaneseName, 3);
+  const std::string first = cell(fieldCol::kJapaneseName, 1);
+  goTo(fieldCol::kJapaneseName, 3);
   type(grid(), first.c_str());
   press(Qt::Key_Return);
-  goTo(col::kRemark, 2);
+  goTo(fieldCol::kRemark, 2);
   scripted.expect("入力エラー", "日本語/項目名に重複があります.");
   press(kMain, "CmdUpDate");
-  EXPECT_EQ(record().Spread.backColour(col::kJapaneseName, 3), 0x0000FFU);
-  EXPECT_EQ(grid().currentCol(), col::kJapaneseName);
+  EXPECT_EQ(record().Spread.backColour(fieldCol::kJapaneseName, 3), 0x0000FFU);
+  EXPECT_EQ(grid().currentCol(), fieldCol::kJapaneseName);
   EXPECT_EQ(grid().currentRow(), 1);
   EXPECT_TRUE(record().changed) << "nothing was saved";
 }
 
 TEST_F(DetailViewTest, UndoAndRedoFollowTheGrid) {
   openTable("販売管理_Oracle", "顧客マスタ");
-  const std::string former = cell(col::kRemark, 2);
-  goTo(col::kRemark, 2);
+  const std::string former = cell(fieldCol::kRemark, 2);
+  goTo(fieldCol::kRemark, 2);
   typeKeys("note");
   press(Qt::Key_Return);
-  goTo(col::kJapaneseName, 1);
+  goTo(fieldCol::kJapaneseName, 1);
   press(Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(cell(col::kRemark, 2), former);
+  EXPECT_EQ(cell(fieldCol::kRemark, 2), former);
   EXPECT_FALSE(shows("picRen")) << "the grid is as the Repository has it";
   EXPECT_EQ(grid().currentRow(), 2) << "the place of the step is shown";
   press(Qt::Key_Y, Qt::ControlModifier);
-  EXPECT_EQ(cell(col::kRemark, 2), "note");
+  EXPECT_EQ(cell(fieldCol::kRemark, 2), "note");
   press(kMain, "mnuUndoTool");
-  EXPECT_EQ(cell(col::kRemark, 2), former);
+  EXPECT_EQ(cell(fieldCol::kRemark, 2), former);
 }
 
 TEST_F(DetailViewTest, TheRemarkBoxAndTheCellAreOne) {
   openTable("販売管理_Oracle", "顧客マスタ");
-  goTo(col::kFieldName, 2);
-  EXPECT_EQ(control<QLabel>(kMain, "lblBiko").text(), toQt("備考 [ " + cell(col::kJapaneseName, 2) + " ]"));
+  goTo(fieldCol::kFieldName, 2);
+  EXPECT_EQ(control<QLabel>(kMain, "lblBiko").text(), toQt("備考 [ " + cell(fieldCol::kJapaneseName, 2) + " ]"));
   EXPECT_EQ(control<QLabel>(kMain, "lblColRow").text(), "002 : 002");
   auto& box = control<QPlainTextEdit>(kMain, "Txtbiko");
   box.setFocus();
@@ -140,13 +140,13 @@ TEST_F(DetailViewTest, TheRemarkBoxAndTheCellAreOne) {
   typeKeys("two");
   press(Qt::Key_Return);
   typeKeys("lines");
-  EXPECT_EQ(cell(col::kRemark, 2), "two\nlines");
+  EXPECT_EQ(cell(fieldCol::kRemark, 2), "two\nlines");
   press(Qt::Key_Z, Qt::ControlModifier);
-  goTo(col::kRemark, 3);
+  goTo(fieldCol::kRemark, 3);
   grid().setFocus();
   typeKeys("cell");
   press(Qt::Key_Return);
-  goTo(col::kFieldName, 3);
+  goTo(fieldCol::kFieldName, 3);
   EXPECT_EQ(box.toPlainText(), "cell");
 }
 
@@ -154,46 +154,46 @@ TEST_F(DetailViewTest, BlocksTravelBetweenProgramsAndTables) {
   openTable("販売管理_Oracle", "顧客マスタ");
   const int last = record().Spread.maxRows();
   scripted.clipboard = "甲\tKOU\r\n\"乙\"\tOTSU\r\n";
-  goTo(col::kJapaneseName, last + 1);
+  goTo(fieldCol::kJapaneseName, last + 1);
   press(Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(record().Spread.maxRows(), last + 2);
-  EXPECT_EQ(cell(col::kJapaneseName, last + 2), "乙");
-  EXPECT_EQ(cell(col::kFieldName, last + 2), "OTSU");
-  goTo(col::kJapaneseName, last + 1);
+  EXPECT_EQ(cell(fieldCol::kJapaneseName, last + 2), "乙");
+  EXPECT_EQ(cell(fieldCol::kFieldName, last + 2), "OTSU");
+  goTo(fieldCol::kJapaneseName, last + 1);
   press(Qt::Key_Right, Qt::ShiftModifier);
   press(Qt::Key_Down, Qt::ShiftModifier);
   ASSERT_EQ(record().selection.size(), 1U);
   press(Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(scripted.clipboard, "甲\tKOU\r\n乙\tOTSU");
   press(Qt::Key_Delete);
-  EXPECT_EQ(cell(col::kFieldName, last + 2), "");
+  EXPECT_EQ(cell(fieldCol::kFieldName, last + 2), "");
   // Ctrl+D fills, as in a spreadsheet.
-  goTo(col::kRemark, 1);
+  goTo(fieldCol::kRemark, 1);
   typeKeys("all");
   press(Qt::Key_Return);
   grid().selectionModel()->select(
-      QItemSelection(grid().model()->index(0, col::kRemark - 1), grid().model()->index(3, col::kRemark - 1)),
+      QItemSelection(grid().model()->index(0, fieldCol::kRemark - 1), grid().model()->index(3, fieldCol::kRemark - 1)),
       QItemSelectionModel::ClearAndSelect);
   press(Qt::Key_D, Qt::ControlModifier);
-  EXPECT_EQ(cell(col::kRemark, 4), "all");
-  EXPECT_EQ(cell(col::kChanged, 4), "変更");
+  EXPECT_EQ(cell(fieldCol::kRemark, 4), "all");
+  EXPECT_EQ(cell(fieldCol::kChanged, 4), "変更");
 }
 
 TEST_F(DetailViewTest, RowToolsWorkOnTheSelectedRows) {
   openTable("販売管理_Oracle", "顧客マスタ");
   const int rows = record().Spread.maxRows();
-  const std::string third = cell(col::kJapaneseName, 3);
-  const std::string fifth = cell(col::kJapaneseName, 5);
+  const std::string third = cell(fieldCol::kJapaneseName, 3);
+  const std::string fifth = cell(fieldCol::kJapaneseName, 5);
   selectRows(3, 4);
   ASSERT_EQ(record().selection.size(), 1U);
   EXPECT_TRUE(record().selection[0].wholeRows);
   scripted.answerAll(kYes);
   press(kMain, "mnuDeleteTool");
   EXPECT_EQ(record().Spread.maxRows(), rows - 2);
-  EXPECT_EQ(cell(col::kJapaneseName, 3), fifth);
+  EXPECT_EQ(cell(fieldCol::kJapaneseName, 3), fifth);
   press(kMain, "mnuUndoTool");
   EXPECT_EQ(record().Spread.maxRows(), rows);
-  EXPECT_EQ(cell(col::kJapaneseName, 3), third);
+  EXPECT_EQ(cell(fieldCol::kJapaneseName, 3), third);
   press(kMain, "mnuAddLineTool");
   EXPECT_EQ(grid().currentRow(), rows + 1);
 }
@@ -201,13 +201,13 @@ TEST_F(DetailViewTest, RowToolsWorkOnTheSelectedRows) {
 TEST_F(DetailViewTest, UnsavedWorkIsAskedAboutOnCloseAndOnANewTable) {
   openTable("販売管理_Oracle", "顧客マスタ");
   const std::string question = "内容が変更されています.\n    顧客マスタ\nの編集を続けますか?";
-  goTo(col::kRemark, 1);
+  goTo(fieldCol::kRemark, 1);
   typeKeys("half");
   scripted.expect("確認", question, kYes);
   view(kMain).close();
   settle();
   EXPECT_TRUE(view(kMain).isVisible());
-  EXPECT_EQ(cell(col::kRemark, 1), "half") << "the open edit was taken first";
+  EXPECT_EQ(cell(fieldCol::kRemark, 1), "half") << "the open edit was taken first";
   scripted.expect("確認", question, kYes);
   clickTable("受注");
   EXPECT_EQ(record().txtTableNameJPN.text, "顧客マスタ");
@@ -235,11 +235,11 @@ TEST_F(DetailViewTest, ATableOfAnotherSystemIsLookedAtOnly) {
   settle();
   const char* further = "frmTBDetail:2";
   focusGrid(further);
-  grid(further).goTo(col::kRemark, 1);
-  const std::string former(record(further).Spread.text(col::kRemark, 1));
+  grid(further).goTo(fieldCol::kRemark, 1);
+  const std::string former(record(further).Spread.text(fieldCol::kRemark, 1));
   typeKeys("x");
   press(Qt::Key_Delete);
-  EXPECT_EQ(record(further).Spread.text(col::kRemark, 1), former);
+  EXPECT_EQ(record(further).Spread.text(fieldCol::kRemark, 1), former);
   EXPECT_FALSE(control(further, "CmdUpDate").isEnabled());
   EXPECT_FALSE(control(further, "picEdit").isHidden());
   EXPECT_FALSE(control(further, "mnuDeleteTool").isEnabled());
@@ -261,18 +261,18 @@ TEST_F(DetailViewTest, SeveralDetailScreensStandSideBySide) {
   EXPECT_NE(first.topLeft(), view("frmTBDetail:2").frameGeometry().topLeft());
   // Each has its own grid; one that shows the same table follows a save of the other.
   focusGrid("frmTBDetail:2");
-  grid("frmTBDetail:2").goTo(col::kRemark, 1);
+  grid("frmTBDetail:2").goTo(fieldCol::kRemark, 1);
   typeKeys("second");
   press(Qt::Key_Return);
-  EXPECT_NE(cell(col::kRemark, 1), "second");
+  EXPECT_NE(cell(fieldCol::kRemark, 1), "second");
   scripted.expect("確認", "登録内容を更新します.", kYes);
   press("frmTBDetail:2", "CmdUpDate");
-  EXPECT_EQ(cell(col::kRemark, 1), "second");
+  EXPECT_EQ(cell(fieldCol::kRemark, 1), "second");
 }
 
 TEST_F(DetailViewTest, TypedWorkIsKeptUntilItIsSaved) {
   openTable("販売管理_Oracle", "顧客マスタ");
-  goTo(col::kRemark, 1);
+  goTo(fieldCol::kRemark, 1);
   typeKeys("precious");
   press(Qt::Key_Return);
   ASSERT_TRUE(QTest::qWaitFor([this] { return app.backups[kMain].holds(); }, 3000));
@@ -297,11 +297,12 @@ TEST_F(DetailViewTest, EveryModeShowsItsOwnColumns) {
     const char* firstTitle;
     std::vector<int> hidden;
   };
-  const std::vector<Mode> modes = {{"販売管理_Oracle", "日本語項目名 (論理)", {col::kChanged, col::kAuthor}},
-                                   {"販売管理_連携ファイル", "日本語項目名 (論理)", {col::kChanged}},
-                                   {"販売管理_メンバー", "内　　　　容", {col::kFieldName, col::kKey, col::kDefault}},
-                                   {"販売管理_固定値", "対象(テーブル名/項目名など)", {col::kKey, col::kDefault}},
-                                   {"販売管理_PG管理", "管理No", {col::kPmark, col::kDomainName}}};
+  const std::vector<Mode> modes = {
+      {"販売管理_Oracle", "日本語項目名 (論理)", {fieldCol::kChanged, fieldCol::kAuthor}},
+      {"販売管理_連携ファイル", "日本語項目名 (論理)", {fieldCol::kChanged}},
+      {"販売管理_メンバー", "内　　　　容", {fieldCol::kFieldName, fieldCol::kKey, fieldCol::kDefault}},
+      {"販売管理_固定値", "対象(テーブル名/項目名など)", {fieldCol::kKey, fieldCol::kDefault}},
+      {"販売管理_PG管理", "管理No", {fieldCol::kPmark, fieldCol::kDomainName}}};
   logInTo();
   for (const Mode& mode : modes) {
     SCOPED_TRACE(mode.system);
@@ -327,7 +328,7 @@ TEST_F(DetailViewTest, AnOpenSortWindowSortsTheGridItWasOpenedFrom) {
   press("frmSpSort", "cmdOK");
   EXPECT_EQ(front->find("frmSpSort"), nullptr);
   std::vector<std::string> names;
-  for (int row = 1; row <= record().Spread.maxRows(); ++row) names.push_back(cell(col::kFieldName, row));
+  for (int row = 1; row <= record().Spread.maxRows(); ++row) names.push_back(cell(fieldCol::kFieldName, row));
   EXPECT_TRUE(std::is_sorted(names.rbegin(), names.rend()));
 }
 
@@ -338,14 +339,14 @@ TEST_F(DetailViewTest, FontSizeAndWidthsAreKeptForTheNextTime) {
   press(Qt::Key_Minus, Qt::ControlModifier);
   EXPECT_EQ(app.session.settings.fontSize2Spread, 10);
   EXPECT_LT(grid().rowHeight(0), height);
-  grid().setColumnWidth(col::kRemark - 1, 345);
+  grid().setColumnWidth(fieldCol::kRemark - 1, 345);
   clickTable("受注");
-  EXPECT_NEAR(grid().columnWidth(col::kRemark - 1), 345, 2);
+  EXPECT_NEAR(grid().columnWidth(fieldCol::kRemark - 1), 345, 2);
   pick("frmTBList", "CmbSystem", "販売管理_メンバー");
   chooseRow("frmTBList", "LstTable", 0);
   pick("frmTBList", "CmbSystem", "販売管理_Oracle");
   clickTable("顧客マスタ");
-  EXPECT_NEAR(grid().columnWidth(col::kRemark - 1), 345, 2) << "other modes have their own widths";
+  EXPECT_NEAR(grid().columnWidth(fieldCol::kRemark - 1), 345, 2) << "other modes have their own widths";
 }
 
 }  // namespace
