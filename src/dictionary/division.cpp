@@ -1,6 +1,7 @@
 #include "dictionary/division.h"
 
 #include "common/text.h"
+#include "engine/sql_text.h"
 
 namespace quillmarden {
 
@@ -22,18 +23,18 @@ std::vector<std::string> pGetDivisionDetails2Text(Database& database, std::strin
   sql.append(" FROM MAS_DIVISIONDETAILES AS a ")
       .append(" INNER JOIN MAS_DIVISION AS d  ")
       .append("   ON a.値名称 = d.値名称 ")
-      .append("   WHERE a.システム名 ='")
-      .append(system)
-      .append("' ")
-      .append("   AND a.値名称 ='")
-      .append(name)
-      .append("' ")
-      .append("   OR ( a.システム名 <> '")
-      .append(system)
-      .append("' ")
-      .append("   AND a.値名称='")
-      .append(name)
-      .append("' ")
+      .append("   WHERE a.システム名 =")
+      .append(sqlText(system))
+      .append(" ")
+      .append("   AND a.値名称 =")
+      .append(sqlText(name))
+      .append(" ")
+      .append("   OR ( a.システム名 <> ")
+      .append(sqlText(system))
+      .append(" ")
+      .append("   AND a.値名称=")
+      .append(sqlText(name))
+      .append(" ")
       .append("   AND d.全システム共通=True) ")
       .append(" GROUP BY a.値 ");
 
@@ -51,18 +52,19 @@ std::string pGetDivisionIn2Text(Database& database, std::string_view system, std
                                 ValueListType type) {
   std::string sql = "SELECT a.値, a.内容,a.初期値";
   sql.append(" FROM MAS_DIVISIONDETAILES AS a")
-      .append(" WHERE a.システム名 = '")
-      .append(system)
-      .append("'  AND a.値名称 = '")
-      .append(name)
-      .append("' ")
+      .append(" WHERE a.システム名 = ")
+      .append(sqlText(system))
+      .append("  AND a.値名称 = ")
+      .append(sqlText(name))
+      .append(" ")
       .append(" ORDER BY a.行番号");
 
   std::vector<std::string> values;
   for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext()) {
     std::string value(trim(rows.text(0)));
     if (value.empty()) continue;
-    values.push_back(type == ValueListType::Text ? "'" + value + "'" : value);
+    if (type == ValueListType::Text) value.insert(0, 1, '\'').push_back('\'');
+    values.push_back(std::move(value));
   }
   return values.empty() ? "" : " IN (" + joined(values, ",") + ") ";
 }
@@ -71,12 +73,12 @@ bool gGetOtherSystem2DivName(Database& database, std::string_view system, std::s
                              std::string& otherSystem) {
   std::string sql = "SELECT div.システム名 ";
   sql.append(" FROM MAS_DIVISION AS div ")
-      .append(" WHERE (((div.値名称)='")
-      .append(name)
-      .append("') ")
-      .append(" AND ((div.システム名)<>'")
-      .append(system)
-      .append("') ")
+      .append(" WHERE (((div.値名称)=")
+      .append(sqlText(name))
+      .append(") ")
+      .append(" AND ((div.システム名)<>")
+      .append(sqlText(system))
+      .append(") ")
       .append(" AND ((div.全システム共通)<>0) ")
       .append("AND ((div.削除フラグ)=0));");
 

@@ -4,6 +4,7 @@
 #include "common/names.h"
 #include "common/text.h"
 #include "dictionary/division.h"
+#include "engine/sql_text.h"
 #include "repository/tell_error.h"
 
 namespace quillmarden {
@@ -20,12 +21,12 @@ std::int64_t countOf(Database& database, const std::string& sql) { return databa
 
 /// Whether fields or entries still go by the name.
 bool isUsed(Database& database, const std::string& system, const std::string& name) {
-  const std::string entries = "Select Count(*) as cnt From MAS_DIVISIONDETAILES  Where 値名称 = '" + name +
-                              "'  And システム名 = '" + system + "' ";
+  const std::string entries = "Select Count(*) as cnt From MAS_DIVISIONDETAILES  Where 値名称 = " + sqlText(name) +
+                              "  And システム名 = " + sqlText(system) + " ";
   const std::string fields =
       "Select Count(*) as cnt  FROM MAS_TABLEINFO INNER JOIN   MAS_TABLEDETAILES ON MAS_TABLEINFO.ID = "
-      "MAS_TABLEDETAILES.ID  WHERE (((MAS_TABLEINFO.システム名)='" +
-      system + "')  AND ((MAS_TABLEDETAILES.項目参照先)='" + name + "'));";
+      "MAS_TABLEDETAILES.ID  WHERE (((MAS_TABLEINFO.システム名)=" +
+      sqlText(system) + ")  AND ((MAS_TABLEDETAILES.項目参照先)=" + sqlText(name) + "));";
   return countOf(database, entries) != 0 || countOf(database, fields) != 0;
 }
 
@@ -70,8 +71,8 @@ void writeRecord(Session& session, Host& host, const DivisionRecord& record, con
   const std::string& system = session.gCurrentSystemName;
   const std::string now = formatDateTime(host.clock.now(), "yyyy/mm/dd hh:nn:ss");
   if (!old.empty() && old != record.name) {
-    session.gDB->execute("Delete a.* From MAS_DIVISION a Where システム名 = '" + system + "'  And 値名称 = '" + old +
-                         "' ");
+    session.gDB->execute("Delete a.* From MAS_DIVISION a Where システム名 = " + sqlText(system) +
+                         "  And 値名称 = " + sqlText(old) + " ");
   }
   Recordset row = session.gDB->openTable("MAS_DIVISION");
   if (row.seek({system, record.name})) {

@@ -2,6 +2,7 @@
 
 #include "common/message.h"
 #include "common/text.h"
+#include "engine/sql_text.h"
 #include "repository/tell_error.h"
 
 namespace quillmarden {
@@ -15,15 +16,15 @@ void frmDiviRef_Load(frmDiviRef& screen, std::string_view kind) {
 std::string divisionRefSql(const frmDiviRef& screen, std::string_view system) {
   std::string sql = "SELECT a.値名称  FROM MAS_DIVISION AS a WHERE  a.削除フラグ = 0 ";
   if (screen.ChkAllSystem.value) {
-    sql.append(" And  (    a.システム名 = '").append(system).append("' Or    a.全システム共通 = True    ) ");
+    sql.append(" And  (    a.システム名 = ").append(sqlText(system)).append(" Or    a.全システム共通 = True    ) ");
   } else {
-    sql.append(" And  a.システム名 = '").append(system).append("'");
+    sql.append(" And  a.システム名 = ").append(sqlText(system));
   }
-  sql.append(" AND a.種別 = '").append(screen.lblKbn.caption).append("' ");
-  if (const std::string_view text = trim(screen.TxtWhere.text); !text.empty()) {
+  sql.append(" AND a.種別 = ").append(sqlText(screen.lblKbn.caption)).append(" ");
+  if (const std::string text(trim(screen.TxtWhere.text)); !text.empty()) {
     const std::string_view where = screen.CmbWhere.text;
-    if (where == "から始まる") sql.append(" AND a.値名称 Like ('").append(text).append("*') ");
-    if (where == "を含む") sql.append(" AND a.値名称 Like ('*").append(text).append("*') ");
+    if (where == "から始まる") sql.append(" AND a.値名称 Like (").append(sqlText(text + "*")).append(") ");
+    if (where == "を含む") sql.append(" AND a.値名称 Like (").append(sqlText("*" + text + "*")).append(") ");
   }
   return sql;
 }

@@ -4,6 +4,7 @@
 
 #include "common/message.h"
 #include "common/text.h"
+#include "engine/sql_text.h"
 #include "repository/tell_error.h"
 
 namespace quillmarden {
@@ -61,8 +62,11 @@ void fillYesNo(Spread& grid) {
 using Entries = std::vector<std::array<std::string, col::kCount>>;
 
 Entries readEntries(Database& database, const ValueListItem& item) {
-  std::string sql = "SELECT a.*  FROM MAS_DIVISIONDETAILES AS a WHERE a.システム名 ='";
-  sql.append(item.system).append("'   AND  a.値名称 ='").append(item.name).append("'  Order By  a.行番号 ");
+  std::string sql = "SELECT a.*  FROM MAS_DIVISIONDETAILES AS a WHERE a.システム名 =";
+  sql.append(sqlText(item.system))
+      .append("   AND  a.値名称 =")
+      .append(sqlText(item.name))
+      .append("  Order By  a.行番号 ");
   Entries entries;
   for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext()) {
     const auto text = [&rows](std::string_view field) { return std::string(rows.text(field)); };
@@ -154,13 +158,13 @@ ValueListItem splitValueListRow(std::string_view row) {
 std::string divisionListSql(const frmDivision& screen, std::string_view system) {
   std::string sql = "Select * From MAS_DIVISION ";
   if (screen.ChkAllSystem.value) {
-    sql.append(" Where (システム名 = '").append(system).append("'  Or 全システム共通 = True) ");
+    sql.append(" Where (システム名 = ").append(sqlText(system)).append("  Or 全システム共通 = True) ");
   } else {
-    sql.append(" Where システム名 = '").append(system).append("' ");
+    sql.append(" Where システム名 = ").append(sqlText(system)).append(" ");
   }
   sql.append(" And 削除フラグ = 0  ");
-  if (!screen.CmbClass.text.empty()) sql.append(" And 種別 = '").append(screen.CmbClass.text).append("' ");
-  if (!screen.CmbKata.text.empty()) sql.append(" And 型 = '").append(screen.CmbKata.text).append("' ");
+  if (!screen.CmbClass.text.empty()) sql.append(" And 種別 = ").append(sqlText(screen.CmbClass.text)).append(" ");
+  if (!screen.CmbKata.text.empty()) sql.append(" And 型 = ").append(sqlText(screen.CmbKata.text)).append(" ");
   return sql + " Order By 値名称";
 }
 
@@ -263,8 +267,8 @@ void mnuDelete_Click(Session& session, Host& host, frmDivision& screen) {
               kYesNo | kWarningIcon | kDefaultSecond, "削除確認") != kYes)
     return;
   try {
-    session.gDB->execute("UPDATE MAS_DIVISION AS a  SET a.削除フラグ = 1 WHERE a.システム名 ='" +
-                         session.gCurrentSystemName + "' AND a.値名称 ='" + item.name + "';");
+    session.gDB->execute("UPDATE MAS_DIVISION AS a  SET a.削除フラグ = 1 WHERE a.システム名 =" +
+                         sqlText(session.gCurrentSystemName) + " AND a.値名称 =" + sqlText(item.name) + ";");
   } catch (const EngineError& error) {
     session.log.putError(host, "mnuDelete_Click", error.number(), error.what());
     gMsgBox(host, joinLines({"更新エラーが発生しました.", std::to_string(error.number()), error.what()}),

@@ -5,6 +5,7 @@
 #include "common/numbers.h"
 #include "common/text.h"
 #include "dictionary/frm_division.h"
+#include "engine/sql_text.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -56,8 +57,8 @@ void writeEntries(Session& session, Host& host, const frmDivision& screen) {
   const Spread& grid = screen.Spread;
   session.gDB->execute(
       "DELETE MAS_DIVISIONDETAILES.*  From MAS_DIVISIONDETAILES WHERE "
-      "MAS_DIVISIONDETAILES.システム名='" +
-      system + "'    AND MAS_DIVISIONDETAILES.値名称 ='" + name + "';");
+      "MAS_DIVISIONDETAILES.システム名=" +
+      sqlText(system) + "    AND MAS_DIVISIONDETAILES.値名称 =" + sqlText(name) + ";");
   std::vector<std::vector<Value>> rows;
   for (int row = 1; row <= grid.maxRows(); ++row) {
     const std::string value(grid.text(col::kValue, row));

@@ -3,6 +3,7 @@
 #include "common/message.h"
 #include "common/text.h"
 #include "editing/detail_parts.h"
+#include "engine/sql_text.h"
 
 namespace quillmarden {
 
@@ -20,8 +21,8 @@ std::string joinedNames(const frmTBDetail& screen, const std::vector<int>& rows)
 /// True on failure, after its message.
 bool putPartition(Session& session, Host& host, frmTBDetail& screen, const std::string& list) {
   try {
-    session.gDB->execute("UPDATE MAS_TABLEINFO AS t  SET  t.partition_field = '" + list +
-                         "'  WHERE t.ID= " + screen.lblID.caption);
+    session.gDB->execute("UPDATE MAS_TABLEINFO AS t  SET  t.partition_field = " + sqlText(list) +
+                         "  WHERE t.ID= " + screen.lblID.caption);
   } catch (const EngineError& error) {
     tellError(session, host, "mnuPartition", error);
     return true;

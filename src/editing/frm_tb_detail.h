@@ -55,6 +55,8 @@ struct DetailStatements {
   std::string header;
   std::string fields;
   std::string prjFields;
+  bool fieldsHavePmark = false;     ///< MAS_TABLEDETAILES has the column
+  bool prjFieldsHavePmark = false;  ///< MAS_PRJINFO has it
 };
 
 /// The detail screen: one table's header and its field grid. Generators and workbooks read a table from here

@@ -232,8 +232,12 @@ Recordset openFields(Session& session, frmTBDetail& screen) {
   const bool prj = screen.mode == DetailMode::Prj;
   const std::string_view table = prj ? "MAS_PRJINFO" : "MAS_TABLEDETAILES";
   std::string& statement = prj ? screen.statements.prjFields : screen.statements.fields;
-  if (statement.empty()) statement = selectColumns(*session.gDB, table, "det", kFieldColumns);
-  screen.detailsHavePmark = statement.find("Null AS [pmark]") == std::string::npos;
+  bool& havePmark = prj ? screen.statements.prjFieldsHavePmark : screen.statements.fieldsHavePmark;
+  if (statement.empty()) {
+    statement = selectColumns(*session.gDB, table, "det", kFieldColumns);
+    havePmark = hasColumn(*session.gDB, table, "pmark");
+  }
+  screen.detailsHavePmark = havePmark;
   std::string sql = statement;
   sql.append(" , dom.日本語名 as dom日本語名  FROM ")
       .append(table)

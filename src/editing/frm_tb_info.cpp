@@ -10,6 +10,7 @@
 #include "editing/detail_parts.h"
 #include "editing/table_classes.h"
 #include "editing/tb_info_parts.h"
+#include "engine/sql_text.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -23,8 +24,8 @@ constexpr std::string_view kCountColumns[] = {"現在数", "想定数", "現在�
 void fillKensu(Session& session, frmTBInfo& screen) {
   screen.CmbKensu.entries = {""};
   screen.kensuIds = {0};
-  const std::string sql = "SELECT a.ID, a.定義名 FROM MAS_KENSU AS a WHERE a.削除フラグ = 0 AND (a.システム名 = '" +
-                          screen.lblSystemName.caption + "' OR a.全システム共通 = True) ORDER BY a.定義名";
+  const std::string sql = "SELECT a.ID, a.定義名 FROM MAS_KENSU AS a WHERE a.削除フラグ = 0 AND (a.システム名 = " +
+                          sqlText(screen.lblSystemName.caption) + " OR a.全システム共通 = True) ORDER BY a.定義名";
   for (Recordset rows = session.gDB->openRecordset(sql); !rows.eof(); rows.moveNext()) {
     screen.kensuIds.push_back(static_cast<long>(rows.integer(0)));
     screen.CmbKensu.entries.emplace_back(rows.text(1));
@@ -208,12 +209,12 @@ void CmbFileType_Change(Session& session, Host& host, frmTBInfo& screen) {
 void TxtRyaku_Change(Session& session, Host& host, frmTBInfo& screen) {
   if (screen.loading) return;
   screen.lstRyaku.clear();
-  // A half-typed quote or bracket makes a statement that fails; the list then waits for the next letter.
+  // A half-typed bracket makes a pattern that fails; the list then waits for the next letter.
   try {
-    const std::string sql = "SELECT inf.略名 FROM MAS_TABLEINFO AS inf  WHERE (((inf.システム名)='" +
-                            screen.lblSystemName.caption + "')  And ((inf.略名) Like '" +
-                            std::string(trim(screen.TxtRyaku.text)) +
-                            "*')  AND NOT inf.略名 IS NULL  AND ((inf.削除フラグ)=0));";
+    const std::string sql =
+        "SELECT inf.略名 FROM MAS_TABLEINFO AS inf  WHERE (((inf.システム名)=" + sqlText(screen.lblSystemName.caption) +
+        ")  And ((inf.略名) Like " + sqlText(std::string(trim(screen.TxtRyaku.text)) + "*") +
+        ")  AND NOT inf.略名 IS NULL  AND ((inf.削除フラグ)=0));";
     for (Recordset rows = session.gDB->openRecordset(sql); !rows.eof(); rows.moveNext())
       if (const std::string name(trim(rows.text(0))); !name.empty()) screen.lstRyaku.add(name);
   } catch (const EngineError& error) {
@@ -228,9 +229,9 @@ bool cmdMoveSystem_Click(Session& session, Host& host, Windows& windows, frmTBIn
   if (!screen.cmdMoveSystem.enabled || id.empty() || trim(wanted).empty() || wanted == former) return true;
   try {
     inTransaction(*session.gDB, [&] {
-      session.gDB->execute("UpDate MAS_TABLEINFO  set システム名 = '" + wanted + "'  Where id = " + id);
-      session.gDB->execute("UpDate DAT_REFERENCE  set システム名 = '" + wanted + "'  Where id = " + id +
-                           "  And システム名 = '" + former + "' ");
+      session.gDB->execute("UpDate MAS_TABLEINFO  set システム名 = " + sqlText(wanted) + "  Where id = " + id);
+      session.gDB->execute("UpDate DAT_REFERENCE  set システム名 = " + sqlText(wanted) + "  Where id = " + id +
+                           "  And システム名 = " + sqlText(former) + " ");
     });
   } catch (const EngineError& error) {
     session.log.putError(host, "cmdMoveSystem", error.number(), error.what());

@@ -6,6 +6,7 @@
 #include "common/text.h"
 #include "editing/detail_parts.h"
 #include "editing/tb_info_parts.h"
+#include "engine/sql_text.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -71,9 +72,9 @@ std::string nameInUse(Session& session, const frmTBInfo& screen) {
   const std::string name = storedTableName(session, screen.TxtTableName.text);
   const std::string id = screen.lblID.caption.empty() ? "0" : screen.lblID.caption;
   const std::string sql =
-      "SELECT inf.テーブル名, inf.日本語名 FROM MAS_TABLEINFO AS inf  WHERE inf.削除フラグ = 0 And (inf.日本語名 ='" +
-      japanese + "'     OR inf.テーブル名 ='" + name + "')   AND inf.ID <> " + id + "  AND inf.システム名 = '" +
-      screen.lblSystemName.caption + "'";
+      "SELECT inf.テーブル名, inf.日本語名 FROM MAS_TABLEINFO AS inf  WHERE inf.削除フラグ = 0 And (inf.日本語名 =" +
+      sqlText(japanese) + "     OR inf.テーブル名 =" + sqlText(name) + ")   AND inf.ID <> " + id +
+      "  AND inf.システム名 = " + sqlText(screen.lblSystemName.caption);
   bool sameJapanese = false;
   for (Recordset rows = session.gDB->openRecordset(sql); !rows.eof(); rows.moveNext()) {
     if (equalsNoCase(trim(rows.text(0)), name)) return "テーブル名が他で使用されています.";

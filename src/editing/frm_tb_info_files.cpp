@@ -9,6 +9,7 @@
 #include "common/text.h"
 #include "common/text_file.h"
 #include "editing/frm_tb_info.h"
+#include "engine/sql_text.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -18,7 +19,8 @@ namespace fs = std::filesystem;
 namespace {
 
 void putRefFile(Session& session, frmTBInfo& screen, const std::string& name) {
-  session.gDB->execute("UPDATE MAS_TABLEINFO  SET  reffile = '" + name + "'  WHERE ID = " + screen.lblID.caption);
+  session.gDB->execute("UPDATE MAS_TABLEINFO  SET  reffile = " + sqlText(name) +
+                       "  WHERE ID = " + screen.lblID.caption);
   screen.TxtRefFileName.text = name;
 }
 
@@ -116,7 +118,7 @@ void cmdClearRefFile_Click(Session& session, Host& host, frmTBInfo& screen) {
   try {
     const Recordset others =
         session.gDB->openRecordset("SELECT  COUNT(a.ID) as CNT From MAS_TABLEINFO as a WHERE a.ID <> " +
-                                   screen.lblID.caption + " AND a.reffile = '" + name + "'");
+                                   screen.lblID.caption + " AND a.reffile = " + sqlText(name));
     if (!others.eof() && others.integer(0) > 0) gMsgBox(host, "ファイルは削除しないので、手動で処理してください.");
     putRefFile(session, screen, "");
   } catch (const EngineError& error) {

@@ -11,6 +11,7 @@
 #include "common/text.h"
 #include "editing/detail_parts.h"
 #include "editing/table_classes.h"
+#include "engine/sql_text.h"
 #include "relations/tableref.h"
 
 namespace quillmarden {
@@ -113,8 +114,8 @@ void noteSearchText(Session& session, frmTBList& screen) {
 void fillFilters(Session& session, frmTBList& screen, const std::string& system) {
   for (ComboBox* box : {&screen.CmbHost, &screen.CmbDataBunrui, &screen.CmbDataBunrui2}) box->text.clear();
   screen.CmbHost.entries =
-      blankAndValues(*session.gDB, " SELECT MAS_TABLEINFO.格納先 From MAS_TABLEINFO Where MAS_TABLEINFO.システム名 ='" +
-                                       system + "'  GROUP BY MAS_TABLEINFO.格納先;");
+      blankAndValues(*session.gDB, " SELECT MAS_TABLEINFO.格納先 From MAS_TABLEINFO Where MAS_TABLEINFO.システム名 =" +
+                                       sqlText(system) + "  GROUP BY MAS_TABLEINFO.格納先;");
   screen.CmbDataBunrui.entries = screen.CmbDataBunrui2.entries = dataClassesInUse(*session.gDB, system);
 }
 
@@ -141,25 +142,25 @@ std::string tableListSql(const frmTBList& screen) {
   if (screen.CmbSystem.text == kAllSystems) {
     sql += " And a.全システム共通 = True ";
   } else {
-    sql.append(" And a.システム名 = '").append(screen.CmbSystem.text).append("' ");
+    sql.append(" And a.システム名 = ").append(sqlText(screen.CmbSystem.text)).append(" ");
   }
   const auto equal = [&](std::string_view column, std::string_view text) {
-    if (!trim(text).empty()) sql.append(" And a.").append(column).append(" = '").append(text).append("' ");
+    if (!trim(text).empty()) sql.append(" And a.").append(column).append(" = ").append(sqlText(text)).append(" ");
   };
   equal("格納先", screen.CmbHost.text);
   equal("分類", screen.CmbBunrui.text);
 
   if (!trim(screen.CmbWhereMoji.text).empty()) {
     sql.append(" And ").append(japaneseFirst(screen) ? kJapaneseTitle : kTableTitle);
-    sql.append(screen.CmbWhere.text == kStartsWith ? "  Like('" : "  Like('*");
-    sql.append(screen.CmbWhereMoji.text).append("*') ");
+    const std::string_view before = screen.CmbWhere.text == kStartsWith ? "" : "*";
+    sql.append("  Like(").append(asTyped(screen.CmbWhereMoji.text, before, "*")).append(") ");
   }
 
   std::string classes;
   for (const std::string* text : {&screen.CmbDataBunrui.text, &screen.CmbDataBunrui2.text}) {
     if (trim(*text).empty()) continue;
-    classes.append(classes.empty() ? "   a.データ分類 = '" : " or a.データ分類 = '").append(*text).append("' ");
-    classes.append(" or a.データ分類2 = '").append(*text).append("' ");
+    classes.append(classes.empty() ? "   a.データ分類 = " : " or a.データ分類 = ").append(sqlText(*text)).append(" ");
+    classes.append(" or a.データ分類2 = ").append(sqlText(*text)).append(" ");
   }
   if (!classes.empty()) sql.append(" And (").append(classes).append(" )");
 

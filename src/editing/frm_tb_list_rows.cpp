@@ -4,6 +4,7 @@
 #include "common/text.h"
 #include "editing/detail_parts.h"
 #include "editing/frm_tb_list.h"
+#include "engine/sql_text.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -45,8 +46,8 @@ std::string updateRows(Session& session, Host& host, const std::vector<ChosenRow
 
 /// The audit columns that the table-level flags leave behind. The one who sets a flag becomes the row's author.
 std::string stamp(const Session& session, const Host& host) {
-  return ", 更新年月日 = #" + formatDateTime(host.clock.now(), kSecondForm) + "#, 作成者 = '" + session.gLoginUser +
-         "', COMPNAME = '" + host.machine.computerName + "' ";
+  return ", 更新年月日 = #" + formatDateTime(host.clock.now(), kSecondForm) +
+         "#, 作成者 = " + sqlText(session.gLoginUser) + ", COMPNAME = " + sqlText(host.machine.computerName) + " ";
 }
 
 /// Asks, writes, and shows the list anew.

@@ -1,6 +1,7 @@
 #include "editing/table_classes.h"
 
 #include "common/text.h"
+#include "engine/sql_text.h"
 
 namespace quillmarden {
 
@@ -18,8 +19,8 @@ std::vector<std::string> blankAndValues(Database& database, const std::string& s
 
 std::vector<std::string> dataClassesInUse(Database& database, std::string_view system) {
   const auto of = [&](const std::string& column) {
-    return "SELECT " + column + " AS databun FROM MAS_TABLEINFO WHERE システム名 = '" + std::string(system) +
-           "' AND 削除フラグ = 0 AND NOT " + column + " IS NULL ";
+    return "SELECT " + column + " AS databun FROM MAS_TABLEINFO WHERE システム名 = " + sqlText(system) +
+           " AND 削除フラグ = 0 AND NOT " + column + " IS NULL ";
   };
   return blankAndValues(database, of("データ分類") + " UNION " + of("データ分類2"));
 }

@@ -8,6 +8,7 @@
 #include "common/message.h"
 #include "common/numbers.h"
 #include "common/text.h"
+#include "engine/sql_text.h"
 #include "repository/frm_system_inf.h"
 
 namespace quillmarden {
@@ -39,9 +40,9 @@ std::unordered_map<std::int64_t, FieldSum> fieldSums(Database& database, std::st
       .append("   INNER JOIN MAS_TABLEDETAILES AS det ")
       .append("        ON inf.ID = det.ID ")
       .append(" Where inf.削除フラグ = 0 ")
-      .append(" And inf.システム名 = '")
-      .append(system)
-      .append("' ")
+      .append(" And inf.システム名 = ")
+      .append(sqlText(system))
+      .append(" ")
       .append(" GROUP BY inf.ID");
   std::unordered_map<std::int64_t, FieldSum> sums;
   for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext())
@@ -52,9 +53,9 @@ std::unordered_map<std::int64_t, FieldSum> fieldSums(Database& database, std::st
 void storeCapacities(Database& database, std::string_view system, long blockSize) {
   std::string sql = "Select ID, 想定数, 想定保持, ORA_PCTFREE, レコード長, ブロック格納件数, 必要容量, 項目数 ";
   sql.append(" From MAS_TABLEINFO ")
-      .append(" Where システム名 = '")
-      .append(system)
-      .append("' ")
+      .append(" Where システム名 = ")
+      .append(sqlText(system))
+      .append(" ")
       .append(" And 削除フラグ = 0 ");
   const auto sums = fieldSums(database, system);
   for (Recordset tables = database.openRecordset(sql); !tables.eof(); tables.moveNext()) {
@@ -89,9 +90,9 @@ void storeOracleInitials(Database& database, std::string_view system) {
       .append(" Where inf.削除フラグ = 0 ")
       .append(" And inf.ファイル種別 = 'oracle' ")
       .append(" GROUP BY inf.ID, inf.システム名")
-      .append(" HAVING (((inf.システム名)='")
-      .append(system)
-      .append("'));");
+      .append(" HAVING (((inf.システム名)=")
+      .append(sqlText(system))
+      .append("));");
   for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext()) {
     const double size = rows.number("想定数値") * rows.number("想定保持値") * rows.number("長さ合計");
     const double initial = std::min(std::max(size, kSmallestInitial) / 1000, kLargestLong);
@@ -122,9 +123,9 @@ bool gSetOracleFieldLength(Session& session, Host& host, std::string_view system
           .append(" ON a.ID = b.ID ")
           .append(rule.set)
           .append(" Where a.ファイル種別 ='oracle' ")
-          .append(" And a.システム名 = '")
-          .append(system)
-          .append("' ");
+          .append(" And a.システム名 = ")
+          .append(sqlText(system))
+          .append(" ");
       if (!id.empty()) sql.append(" And a.ID = ").append(id);
       session.gDB->execute(sql.append(rule.where));
     }
@@ -151,9 +152,9 @@ bool gSetFieldLength(Session& session, Host& host, std::string_view system, std:
           .append("   INNER JOIN MAS_FILETYPE AS typ ")
           .append("   ON (det.型 = typ.型) AND (inf.ファイル種別 = typ.ファイル種別) ")
           .append(rule.set)
-          .append(" WHERE ((inf.システム名)='")
-          .append(system)
-          .append("') AND ((typ.桁数チェック)=")
+          .append(" WHERE ((inf.システム名)=")
+          .append(sqlText(system))
+          .append(") AND ((typ.桁数チェック)=")
           .append(rule.takesDigits)
           .append(")");
       if (!id.empty()) sql.append(" AND ((inf.id)= ").append(id).append(" )");

@@ -5,6 +5,7 @@
 #include "common/message.h"
 #include "common/numbers.h"
 #include "common/text.h"
+#include "engine/sql_text.h"
 #include "repository/tell_error.h"
 #include "screen/date_time.h"
 
@@ -39,8 +40,8 @@ void selectOnShow(frmKENSU& screen) {
 void fillTables(Session& session, Host& host, frmKENSU& screen) {
   const std::string sql =
       "SELECT a.日本語名 from MAS_TABLEINFO as a  WHERE (((a.分類)='区分' Or (a.分類)='マスタ')    AND "
-      "((a.システム名)='" +
-      session.gCurrentSystemName + "')    AND ((a.削除フラグ)=0));";
+      "((a.システム名)=" +
+      sqlText(session.gCurrentSystemName) + ")    AND ((a.削除フラグ)=0));";
   try {
     for (Recordset rows = session.gDB->openRecordset(sql); !rows.eof(); rows.moveNext())
       if (!trim(rows.text(0)).empty()) screen.lstTb.add(std::string(rows.text(0)));
@@ -60,8 +61,8 @@ Value countValue(std::string_view text) {
 std::string writeDefinition(Session& session, Host& host, const KenSuRecord& record) {
   const std::string& system = session.gCurrentSystemName;
   const std::string now = formatDateTime(host.clock.now(), "yyyy/mm/dd hh:nn:ss");
-  Recordset row = session.gDB->openRecordset("Select a.* From MAS_KENSU a  Where a.システム名 = '" + system +
-                                             "'  And a.定義名 = '" + record.name + "' ");
+  Recordset row = session.gDB->openRecordset("Select a.* From MAS_KENSU a  Where a.システム名 = " + sqlText(system) +
+                                             "  And a.定義名 = " + sqlText(record.name) + " ");
   const bool isNew = row.eof();
   std::string id;
   if (isNew) {
@@ -128,9 +129,10 @@ void frmKENSU_Load(Session& session, Host& host, frmKENSU& screen) {
 }
 
 bool pGetKenSuTeigi(Session& session, Host& host, frmKENSU& screen) {
-  const std::string sql = "SELECT a.*  FROM MAS_KENSU AS a  WHERE (((a.システム名)='" + session.gCurrentSystemName +
-                          "')    AND ((a.削除フラグ)=False))   OR (((a.削除フラグ)=False)    AND "
-                          "((a.全システム共通)=True));";
+  const std::string sql =
+      "SELECT a.*  FROM MAS_KENSU AS a  WHERE (((a.システム名)=" + sqlText(session.gCurrentSystemName) +
+      ")    AND ((a.削除フラグ)=False))   OR (((a.削除フラグ)=False)    AND "
+      "((a.全システム共通)=True));";
   try {
     ListBox found;
     for (Recordset rows = session.gDB->openRecordset(sql); !rows.eof(); rows.moveNext())

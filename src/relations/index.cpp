@@ -2,6 +2,7 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "engine/sql_text.h"
 
 namespace quillmarden {
 
@@ -55,9 +56,9 @@ std::vector<TableIndex> gGetIndexList(Database& database, std::string_view table
 std::unordered_map<std::string, std::vector<TableIndex>> indexesOfSystem(Database& database, std::string_view system) {
   std::unordered_map<std::string, std::vector<TableIndex>> indexes;
   std::string sql(kIndexRows);
-  sql.append("   Where i.ID In (SELECT t.ID FROM MAS_TABLEINFO AS t WHERE t.システム名 = '")
-      .append(gReplaceAll(system, "'", "''"))
-      .append("') ORDER BY i.ID, i.INDEX_NAME, i.順序");
+  sql.append("   Where i.ID In (SELECT t.ID FROM MAS_TABLEINFO AS t WHERE t.システム名 = ")
+      .append(sqlText(system))
+      .append(") ORDER BY i.ID, i.INDEX_NAME, i.順序");
   for (Recordset rows = database.openRecordset(sql); !rows.eof(); rows.moveNext())
     addIndexRow(rows, indexes[std::string(rows.text(6))]);
   return indexes;

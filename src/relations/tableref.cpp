@@ -1,4 +1,5 @@
 #include "relations/tableref.h"
+#include "engine/sql_text.h"
 
 namespace quillmarden {
 
@@ -6,12 +7,12 @@ std::vector<UsedTable> usedTables(Database& database, std::string_view system) {
   std::string sql = "SELECT inf.ID, inf.システム名, inf.テーブル名, inf.日本語名, inf.ファイル種別 ";
   sql.append(" FROM DAT_TABLEREF AS ref ")
       .append("   INNER JOIN MAS_TABLEINFO AS inf ON ref.ID = inf.ID ")
-      .append(" WHERE ref.システム名 = '")
-      .append(system)
-      .append("' ")
-      .append("   AND inf.システム名 <> '")
-      .append(system)
-      .append("' ")
+      .append(" WHERE ref.システム名 = ")
+      .append(sqlText(system))
+      .append(" ")
+      .append("   AND inf.システム名 <> ")
+      .append(sqlText(system))
+      .append(" ")
       .append("   AND inf.全システム共通 =-1  ")
       .append("   AND inf.削除フラグ =0 ")
       .append(" Order By inf.システム名,inf.日本語名, inf.テーブル名 ");

@@ -1,5 +1,6 @@
 #include "common/message.h"
 #include "common/text.h"
+#include "engine/sql_text.h"
 #include "repository/frm_system_inf.h"
 
 namespace quillmarden {
@@ -26,9 +27,9 @@ void setEditable(Session& session, Host& host, const frmSystemInf& screen, const
   runTool(session, host, button, question, [&](Database& database) {
     return database.execute(std::string("UPDATE MAS_TABLEINFO AS a  SET a.修正許可 = ")
                                 .append(flag)
-                                .append("  WHERE a.システム名='")
-                                .append(screen.record.name)
-                                .append("';"));
+                                .append("  WHERE a.システム名=")
+                                .append(sqlText(screen.record.name))
+                                .append(";"));
   });
 }
 
@@ -37,9 +38,9 @@ int updateFields(Database& database, const frmSystemInf& screen, std::string_vie
   return database.execute(
       std::string("UPDATE MAS_TABLEINFO AS a  INNER JOIN MAS_TABLEDETAILES AS b  ON a.ID = b.ID  SET ")
           .append(set)
-          .append("  WHERE a.システム名='")
-          .append(screen.record.name)
-          .append("' ")
+          .append("  WHERE a.システム名=")
+          .append(sqlText(screen.record.name))
+          .append(" ")
           .append(condition));
 }
 
@@ -54,7 +55,7 @@ void convertNames(Session& session, Host& host, const frmSystemInf& screen, cons
 
 /// The tables that a reading of the live database left, with their fields. Gives the number of tables.
 int removeReverseTables(Database& database, const std::string& system) {
-  const std::string where = " Where システム名 = '" + system + "'  And   REVERSE_DB = -1 ";
+  const std::string where = " Where システム名 = " + sqlText(system) + "  And   REVERSE_DB = -1 ";
   for (Recordset tables = database.openRecordset(" Select  ID  From MAS_TABLEINFO " + where); !tables.eof();
        tables.moveNext())
     database.execute("Delete * From MAS_TABLEDETAILES Where ID = " + std::string(tables.text(0)));
@@ -76,8 +77,9 @@ void CmdChk_Click(Session& session, Host& host, frmSystemInf& screen) {
     const std::string now = "#" + formatDateTime(host.clock.now(), "yyyy/mm/dd hh:nn:ss") + "#";
     // The one who sets a checkpoint becomes the tables' author, as on the table list.
     return database.execute("UPDATE MAS_TABLEINFO AS a  SET a.チェックポイント日付 = " + now +
-                            ", a.更新年月日 = " + now + ", a.作成者 = '" + session.gLoginUser + "', a.COMPNAME = '" +
-                            host.machine.computerName + "'  WHERE a.システム名='" + screen.record.name + "';");
+                            ", a.更新年月日 = " + now + ", a.作成者 = " + sqlText(session.gLoginUser) +
+                            ", a.COMPNAME = " + sqlText(host.machine.computerName) +
+                            "  WHERE a.システム名=" + sqlText(screen.record.name) + ";");
   });
 }
 

@@ -7,6 +7,7 @@
 #include "common/message.h"
 #include "common/paths.h"
 #include "common/text.h"
+#include "engine/sql_text.h"
 #include "repository/rights.h"
 #include "repository/upgrade.h"
 
@@ -94,10 +95,11 @@ bool gChkLoginUser(Session& session, Host& host, std::string_view userName, bool
   session.gIsGuest = false;
   bool accepted = false;
   try {
-    // The name goes in as typed: a quote in it breaks this statement, and nobody gets in.
+    // The name goes in as typed: a quote in it breaks this statement, and what the row says is not believed before
+    // it is held against the name.
     Recordset user = database.openRecordset(
-        std::string("Select * From MAS_USER Where ユーザー名 = '").append(userName).append("'; "));
-    if (!user.eof()) {
+        std::string("Select * From MAS_USER Where ユーザー名 = ").append(asTyped(userName)).append("; "));
+    if (!user.eof() && equalsNoCase(user.text("ユーザー名"), userName)) {
       accepted = true;
       const int group = user.fieldIndex("グループ");
       isAdmin = group >= 0 && toUpper(user.text(group)) == "ADMIN";

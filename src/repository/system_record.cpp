@@ -5,6 +5,7 @@
 #include "common/numbers.h"
 #include "common/paths.h"
 #include "common/text.h"
+#include "engine/sql_text.h"
 #include "repository/rights.h"
 #include "repository/session.h"
 
@@ -106,7 +107,7 @@ bool gMDB_GetSystemInfo(Session& session, Host& host, std::string_view systemNam
   setWorkFolders(session, host, systemName, record);
   try {
     const Recordset row = session.gDB->openRecordset(
-        std::string("Select *  From MAS_SYSTEM  Where システム名 = '").append(systemName).append("';"));
+        std::string("Select *  From MAS_SYSTEM  Where システム名 = ").append(sqlText(systemName)).append(";"));
     if (row.eof()) {
       session.log.gPutLog(host, std::string("gMDB_GetSystemInfo Not Record:").append(systemName));
       return false;
@@ -121,9 +122,9 @@ bool gMDB_GetSystemInfo(Session& session, Host& host, std::string_view systemNam
 
 bool gChkSystemName2Exists(Session& session, std::string_view name, long id) {
   return !session.gDB
-              ->openRecordset(std::string("Select * From MAS_SYSTEM  Where システム名 = '")
-                                  .append(name)
-                                  .append("'  And ID <> ")
+              ->openRecordset(std::string("Select * From MAS_SYSTEM  Where システム名 = ")
+                                  .append(sqlText(name))
+                                  .append("  And ID <> ")
                                   .append(std::to_string(id)))
               .eof();
 }
@@ -134,11 +135,11 @@ bool pMDB_UpdateSystemName(Session& session, Host& host, std::string_view oldNam
       if (!session.gDB->tableDef(table)) continue;
       session.gDB->execute(std::string("Update ")
                                .append(table)
-                               .append(" SET  システム名 = '")
-                               .append(newName)
-                               .append("'  WHERE システム名 = '")
-                               .append(oldName)
-                               .append("' "));
+                               .append(" SET  システム名 = ")
+                               .append(sqlText(newName))
+                               .append("  WHERE システム名 = ")
+                               .append(sqlText(oldName))
+                               .append(" "));
     }
     return false;
   } catch (const EngineError& error) {

@@ -3,6 +3,7 @@
 
 #include "common/message.h"
 #include "common/text.h"
+#include "engine/sql_text.h"
 #include "repository/login.h"
 #include "repository/schema.h"
 #include "repository/upgrade.h"
@@ -93,11 +94,11 @@ void seedKindInto(Database& database, const CatalogueRows& have, std::string_vie
   insertSeeds(database, "MAS_FILETYPE", fileTypeColumns(), missingTypes(have, kind));
   for (const std::string_view type : outdatedTypes(kind)) {
     if (!have.hasType(kind, type)) continue;
-    database.execute(std::string("Delete From MAS_FILETYPE Where ファイル種別 = '")
-                         .append(kind)
-                         .append("' And 型 = '")
-                         .append(type)
-                         .append("' "));
+    database.execute(std::string("Delete From MAS_FILETYPE Where ファイル種別 = ")
+                         .append(sqlText(kind))
+                         .append(" And 型 = ")
+                         .append(sqlText(type))
+                         .append(" "));
   }
   if (kind == "Access" && have.oldNumberFields)
     database.execute("UpDate MAS_TABLEDETAILES Set 型 = '長整数型'  Where 型 = '数値型' ");
@@ -147,13 +148,13 @@ bool ChkApUpDate2FileTypeAccess型変換(Session& session, Host& host) {
     for (; !rows.eof(); rows.moveNext()) {
       if (!rows.text("型_変換").empty()) continue;
       const std::string type(rows.text("型"));
-      const std::string where = " WHERE ファイル種別 = 'Access'  AND   型           = '" + type + "'";
+      const std::string where = " WHERE ファイル種別 = 'Access'  AND   型           = " + sqlText(type);
       const std::string_view conversion = accessTypeConversion(toLower(type));
       // 10進型 goes, and the seeds bring it back: where that would change nothing, nothing is written.
       if (type == kDecimalType && !isSeedOfDecimal(rows)) statements.push_back(" DELETE  FROM MAS_FILETYPE" + where);
       if (!conversion.empty())
         statements.push_back(
-            std::string(" UPDATE MAS_FILETYPE  SET  型_変換 = '").append(conversion).append("'").append(where));
+            std::string(" UPDATE MAS_FILETYPE  SET  型_変換 = ").append(sqlText(conversion)).append(where));
     }
     if (statements.empty()) return false;
     inTransaction(database, [&] {

@@ -270,7 +270,7 @@ TEST_F(FrmDivisionTest, ARecordIsCheckedInOrder) {
   database().execute("UPDATE MAS_DIVISION SET 削除フラグ = 1 WHERE 値名称 = '有無'");
   info.TxtDivName.text = "有無";
   faulty("この値名称は削除されています.\n復活は、データベースを直接編集してください.", "TxtDivName");
-  info.TxtDivName.text = "it's";
+  info.TxtDivName.text = std::string(300, 'x');
   scripted.answerAll(kOk);
   EXPECT_TRUE(cmdOK_Click(session, scripted.host, info));
   EXPECT_EQ(cell("SELECT Count(*) AS n FROM MAS_DIVISION"), "4");
@@ -321,6 +321,41 @@ TEST_F(FrmDivisionTest, ANameThatIsUsedCannotBeChanged) {
             (Lines{"ありなし|Yes/No", "状態|数値"}));
   frmDiviInfo_Unload(session, scripted.host, screen, info);
   EXPECT_EQ(screen.lblAtai.caption, "ありなし");
+}
+
+TEST_F(FrmDivisionTest, AQuoteInANameReachesNoOtherList) {
+  const Lines lists = rows("SELECT * FROM MAS_DIVISION");
+  const Lines entriesBefore = rows("SELECT * FROM MAS_DIVISIONDETAILES");
+  scripted.answerAll(kYes);
+  for (const std::string name : {"it's", "x' OR '1'='1"}) {
+    mnuAdd_Click(session, windows, info);
+    info.TxtDivName.text = name;
+    info.CmbClass.text = "フラグ";
+    info.CmbKata.text = "文字";
+    ASSERT_FALSE(cmdOK_Click(session, scripted.host, info));
+    frmDiviInfo_Unload(session, scripted.host, screen, info);
+    ASSERT_EQ(screen.lblAtai.caption, name);
+    type(col::kValue, 1, "a");
+    type(col::kValue, 2, "b'");
+    EXPECT_FALSE(save());
+    EXPECT_EQ(rows("SELECT 値 FROM MAS_DIVISIONDETAILES WHERE 作成者 = 'admin' ORDER BY 行番号"), (Lines{"a", "b'"}));
+    database().execute("DELETE * FROM MAS_DIVISIONDETAILES WHERE 作成者 = 'admin'");
+    mnuEdit_Click(session, scripted.host, windows, screen, info);
+    info.TxtDivName.text = name + "2";
+    EXPECT_FALSE(cmdOK_Click(session, scripted.host, info));
+    frmDiviInfo_Unload(session, scripted.host, screen, info);
+    mnuDelete_Click(session, scripted.host, screen);
+    EXPECT_EQ(rows("SELECT 値名称 FROM MAS_DIVISION WHERE 削除フラグ = 1"), (Lines{name + "2"}));
+    database().execute("DELETE * FROM MAS_DIVISION WHERE 削除フラグ = 1");
+  }
+  EXPECT_EQ(rows("SELECT * FROM MAS_DIVISION"), lists);
+  EXPECT_EQ(rows("SELECT * FROM MAS_DIVISIONDETAILES"), entriesBefore);
+  frmDiviRef ref;
+  frmDiviRef_Load(ref, "区分");
+  ref.CmbWhere.text = "を含む";
+  ref.TxtWhere.text = "x') OR ('1'='1";
+  EXPECT_FALSE(CmdFind_Click(session, scripted.host, ref));
+  EXPECT_TRUE(ref.lstDivName.rows.empty());
 }
 
 TEST_F(FrmDivisionTest, TheFieldGridChoosesByKindAndName) {

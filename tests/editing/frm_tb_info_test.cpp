@@ -269,9 +269,12 @@ TEST_F(TbInfoTest, TheShortNamesInUseAreListed) {
   info.TxtRyaku.text = "T";
   TxtRyaku_Change(session, scripted.host, info);
   EXPECT_EQ(info.lstRyaku.rows, (Lines{"t"}));
-  info.TxtRyaku.text = "x'";
-  TxtRyaku_Change(session, scripted.host, info);
-  EXPECT_EQ(info.lstRyaku.rows, Lines{});
+  database().execute("UPDATE MAS_TABLEINFO SET 略名 = 'x''y' WHERE ID = " + id);
+  for (const char* text : {"x'", "X", "x' OR '1'='1", "["}) {
+    info.TxtRyaku.text = text;
+    TxtRyaku_Change(session, scripted.host, info);
+    EXPECT_EQ(info.lstRyaku.rows, std::string_view(text).size() < 3 && *text != '[' ? Lines{"x'y"} : Lines{}) << text;
+  }
 }
 
 TEST_F(TbInfoTest, ATableMovesWithItsReferences) {
@@ -280,7 +283,7 @@ TEST_F(TbInfoTest, ATableMovesWithItsReferences) {
                      ", 1, 9, 1)");
   ASSERT_FALSE(open(id));
   EXPECT_EQ(info.CmbMoveSystem.entries, (Lines{"経理"}));
-  info.CmbMoveSystem.text = "経'理";
+  info.CmbMoveSystem.text = std::string(300, 'x');
   scripted.answerAll(kOk);
   EXPECT_TRUE(cmdMoveSystem_Click(session, scripted.host, windows, info));
   EXPECT_TRUE(scripted.messages.back().starts_with("確認|所属システム変更に失敗しました.\n "));

@@ -192,10 +192,13 @@ TEST_F(GridOperationsTest, ThePartitionListIsAskedAboutAndStored) {
   EXPECT_EQ(detail.txtPartitionRead.text, "A,B");
 
   scripted.answerAll(kYes);
-  detail.Spread.setText(2, 1, "o'clock");
+  detail.Spread.setText(2, 1, std::string(101, 'x'));
   EXPECT_TRUE(choose(rowsOf(1, 1)));
   EXPECT_EQ(scripted.messages.back().substr(0, 30), std::string("こまった|エラーです.\n  ").substr(0, 30));
   EXPECT_EQ(cell("SELECT partition_field FROM MAS_TABLEINFO WHERE ID = " + id), "A,B");
+  detail.Spread.setText(2, 1, "o'clock");
+  EXPECT_FALSE(choose(rowsOf(1, 1)));
+  EXPECT_EQ(cell("SELECT partition_field FROM MAS_TABLEINFO WHERE ID = " + id), "o'clock");
   EXPECT_FALSE(cmdPartition_Click(session, scripted.host, detail));
   EXPECT_EQ(cell("SELECT partition_field FROM MAS_TABLEINFO WHERE ID = " + id), "");
 }

@@ -205,13 +205,26 @@ TEST_F(SystemScreen, RefusedWriteLeavesTheRow) {
   EXPECT_TRUE(scripted.messages[1].starts_with("確認|更新エラー\n")) << scripted.messages[1];
   EXPECT_EQ(cell("Select 概要, DB_BLOCK_SIZE From MAS_SYSTEM"), "販売管理|8192");
   EXPECT_FALSE(screen.unloaded);
+}
 
+TEST_F(SystemScreen, AQuoteInTheNameReachesNoOtherSystem) {
+  const std::string odd = "x' OR '1'='1";
+  addTable("販売", 1, "Oracle", -1);
+  addField(1, 1, "'Ａ'", "'number', '数量(値)', Null");
   openNew();
-  screen.TxtSystemName.text = "o'hara";
-  scripted.messages.clear();
-  EXPECT_FALSE(press());
-  ASSERT_EQ(scripted.messages.size(), 1u);
-  EXPECT_TRUE(scripted.messages[0].starts_with("確認|更新エラー\n")) << scripted.messages[0];
+  screen.TxtSystemName.text = odd;
+  scripted.answerAll(kYes);
+  EXPECT_TRUE(press());
+  const std::vector<std::string> before = contents(*session.gDB);
+  open(odd);
+  EXPECT_EQ(screen.TxtSystemName.text, odd);
+  for (const auto tool :
+       {CmdProtect_Click, CmdChk_Click, CmdNarrow_Click, CmdLowerCase_Click, CmdDef0_Click, CmdDel_Click})
+    tool(session, scripted.host, screen);
+  EXPECT_EQ(contents(*session.gDB), before);
+  screen.TxtSystemNameNew.text = "o'hara";
+  EXPECT_TRUE(cmdChange_Click(session, scripted.host, windows, screen));
+  EXPECT_EQ(rows("Select システム名 From MAS_SYSTEM Order by ID"), (std::vector<std::string>{"販売", "o'hara"}));
 }
 
 TEST_F(SystemScreen, GuestChangesNothing) {

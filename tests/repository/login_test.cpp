@@ -92,15 +92,19 @@ TEST_F(Login, UsersOfTheRepository) {
 
 TEST_F(Login, QuoteInTheNameBreaksTheStatementAndRunsNothing) {
   { createRepository(file()); }
-  for (const char* name : {"o'hara", "x'; Delete From MAS_USER; --"}) {
+  for (const char* name : {"o'hara", "x'; Delete From MAS_USER; --", "x' OR '1'='1"}) {
     scripted.messages.clear();
     scripted.answerAll(kOk);
     EXPECT_EQ(tryFile("tableinf.mdb", name), "ユーザー名が未登録です.\n管理者に確認してください.") << name;
     ASSERT_EQ(scripted.messages.size(), 1u) << name;
     EXPECT_TRUE(scripted.messages[0].starts_with("DataBaseFileの確認|DataBaseFile tableinf.mdbが不正です｡\n"));
+    EXPECT_NE(scripted.messages[0].find("」の「'」が対になっていません."), std::string::npos);
   }
+  // A row is found by the name between its quotes, and is another one than was typed.
+  { Database::open(file()).execute("Insert Into MAS_USER (ユーザー名) Values ('o''hara')"); }
+  EXPECT_EQ(tryFile("tableinf.mdb", "o''hara"), "ユーザー名が未登録です.\n管理者に確認してください.");
   EXPECT_EQ(tryFile("tableinf.mdb"), "");
-  EXPECT_EQ(cell("Select Count(*) From MAS_USER"), "1");
+  EXPECT_EQ(rows("Select ユーザー名 From MAS_USER Where ログオン日付 Is Null"), (std::vector<std::string>{"o'hara"}));
 }
 
 /// On a full disk the time of the login can't be noted, which keeps nobody out.

@@ -114,7 +114,7 @@ TEST_F(SystemRecords, RenameReachesEveryTable) {
 TEST_F(SystemRecords, FailedRenameIsTold) {
   session.gDB->execute("INSERT INTO MAS_SYSTEM (システム名) VALUES ('販売')");
   scripted.answerAll(kOk);
-  EXPECT_TRUE(pMDB_UpdateSystemName(session, scripted.host, "販売", "o'hara"));
+  EXPECT_TRUE(pMDB_UpdateSystemName(session, scripted.host, "販売", std::string(300, 'x')));
   ASSERT_EQ(scripted.messages.size(), 1u);
   EXPECT_TRUE(scripted.messages[0].starts_with("確認|pMDB_UpdateSystemName.でエラーがありました.\n"));
   EXPECT_EQ(cell("Select システム名 From MAS_SYSTEM"), "販売");

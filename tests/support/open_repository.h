@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/sql_text.h"
 #include "repository/schema.h"
 #include "repository/session.h"
 #include "support/scripted_host.h"
@@ -25,8 +26,8 @@ class OpenRepositoryTest : public testing::Test {
   Database& database() { return *session.gDB; }
 
   void addSystem(const std::string& name, const std::string& kind) {
-    database().execute("INSERT INTO MAS_SYSTEM (システム名, databasetype, 修正許可, 出力しない, 作成者) VALUES ('" +
-                       name + "', '" + kind + "', -1, 0, 'admin')");
+    database().execute("INSERT INTO MAS_SYSTEM (システム名, databasetype, 修正許可, 出力しない, 作成者) VALUES (" +
+                       sqlText(name) + ", " + sqlText(kind) + ", -1, 0, 'admin')");
   }
 
   /// A live, editable table; its ID.
@@ -34,8 +35,8 @@ class OpenRepositoryTest : public testing::Test {
                        const std::string& japanese) {
     database().execute(
         "INSERT INTO MAS_TABLEINFO (システム名, ファイル種別, テーブル名, 日本語名, 削除フラグ, 修正許可) "
-        "VALUES ('" +
-        system + "', '" + kind + "', '" + name + "', '" + japanese + "', 0, -1)");
+        "VALUES (" +
+        sqlText(system) + ", " + sqlText(kind) + ", " + sqlText(name) + ", " + sqlText(japanese) + ", 0, -1)");
     return cell("SELECT Max(ID) AS newest FROM MAS_TABLEINFO");
   }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/text.h"
+#include "engine/sql_text.h"
 #include "sqlgen/clauses.h"
 #include "sqlgen/fields.h"
 #include "sqlgen/fk_clause.h"
@@ -16,11 +17,11 @@ namespace {
 const ScriptValues& valueList(const Generation& generation, std::string_view name, ScriptLookUps& cache) {
   const auto known = cache.lists.find(name);
   if (known != cache.lists.end()) return known->second;
-  const std::string system = "'" + gReplaceAll(generation.system.name, "'", "''") + "'";
+  const std::string system = sqlText(generation.system.name);
   Recordset rows = generation.session.gDB->openRecordset(
       "SELECT d.システム名, d.型, a.値 FROM MAS_DIVISION AS d INNER JOIN MAS_DIVISIONDETAILES AS a "
-      "ON d.システム名 = a.システム名 AND d.値名称 = a.値名称 WHERE d.値名称 = '" +
-      gReplaceAll(name, "'", "''") + "' AND d.削除フラグ = 0 AND (d.システム名 = " + system +
+      "ON d.システム名 = a.システム名 AND d.値名称 = a.値名称 WHERE d.値名称 = " +
+      sqlText(name) + " AND d.削除フラグ = 0 AND (d.システム名 = " + system +
       " OR d.全システム共通 <> 0) ORDER BY IIf(d.システム名 = " + system + ", 0, 1), d.システム名, a.行番号");
   ScriptValues entry;
   const std::string owner(rows.eof() ? std::string_view() : rows.text(0));
@@ -124,7 +125,7 @@ void addPair(const Generation& generation, ScriptKind kind, const Recordset& row
 void readForeigns(const Generation& generation, ScriptKind kind, bool wholeSystem, ScriptLookUps& lookUps) {
   std::string sql(kForeignRows);
   if (wholeSystem) {
-    sql += "t.システム名 = '" + gReplaceAll(generation.system.name, "'", "''") + "' AND m.外部参照TABLEID > 0";
+    sql += "t.システム名 = " + sqlText(generation.system.name) + " AND m.外部参照TABLEID > 0";
   } else {
     sql += "m.ID = " + generation.table.lblID.caption;
   }
