@@ -1,5 +1,5 @@
 # Every target does its own set-up: missing Debian packages are installed by scripts/install-packages.
-.PHONY: build desktop test demo bench sanitize fuzz format lint clean
+.PHONY: build desktop install package test demo bench sanitize fuzz format lint clean
 
 RELEASE = build/release
 
@@ -13,6 +13,15 @@ desktop:
 	scripts/install-packages desktop
 	cmake --preset release -DQM_TESTS=OFF -DQM_BENCH=OFF -DQM_DESKTOP=ON
 	cmake --build --preset release
+
+# Programs, guide, man pages, completion and desktop entry below PREFIX.
+PREFIX ?= /usr/local
+install: desktop
+	cmake --install $(RELEASE) --prefix $(DESTDIR)$(PREFIX)
+
+# A Debian package in build/release.
+package: desktop
+	cd $(RELEASE) && cpack
 
 test:
 	scripts/install-packages test

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "common/numbers.h"
+#include "common/paths.h"
 #include "common/text.h"
 #include "editing/frm_tb_detail.h"
 #include "operations/capacity.h"
@@ -66,6 +67,13 @@ Host quietHost(const std::filesystem::path& folder, std::string& lastMessage) {
   auto leaveClosed = [](const std::filesystem::path&) { return true; };
   host.opener = {leaveClosed, leaveClosed, leaveClosed};
   return host;
+}
+
+/// The texts as installed beside the program, else those it was built from.
+std::filesystem::path sampleTexts() {
+  const std::filesystem::path installed = assetsFolder("") / "samples";
+  std::error_code missing;
+  return std::filesystem::is_directory(installed, missing) ? installed : std::filesystem::path(QM_SAMPLES);
 }
 
 class SampleMaker {
@@ -460,7 +468,8 @@ int main(int argc, char** argv) {
     return 1;
   }
   try {
-    quillmarden::SampleMaker(file.string(), argc == 3 ? argv[2] : QM_SAMPLES).make();
+    quillmarden::SampleMaker(file.string(), argc == 3 ? std::filesystem::path(argv[2]) : quillmarden::sampleTexts())
+        .make();
     std::printf("%s\n", file.c_str());
     return 0;
   } catch (const std::exception& error) {
