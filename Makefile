@@ -1,5 +1,5 @@
 # Every target does its own set-up: missing Debian packages are installed by scripts/install-packages.
-.PHONY: build desktop install package test demo bench sanitize fuzz format lint clean
+.PHONY: build desktop install package test demo bench sanitize fuzz mutate format lint clean
 
 RELEASE = build/release
 
@@ -54,6 +54,14 @@ fuzz:
 	cmake --preset fuzz
 	cmake --build --preset fuzz
 	scripts/fuzz build/fuzz 60
+
+# Small changes of the sources that the tests have to notice: 40 draws from SEED.
+SEED ?= 1
+DRAWS ?= 40
+mutate:
+	scripts/install-packages test
+	cmake --preset mutate
+	tools/mutate build/mutate --seed $(SEED) --draws $(DRAWS)
 
 format:
 	scripts/install-packages lint
