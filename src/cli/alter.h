@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Prints ALTER TABLE text for chosen fields of a table, as the grid's menu puts it on the clipboard.
-ExitStatus runAlter(Run& run);
+extern const Command kAlterCommand;
 
 }  // namespace quillmarden

@@ -10,6 +10,12 @@ namespace quillmarden {
 
 namespace {
 
+struct CapacityOptions {
+  std::string system;
+};
+
+void addCapacityOptions(OptionSet& set, CapacityOptions& options) { addSystem(set, options.system); }
+
 constexpr std::array<std::string_view, 7> kColumns = {"テーブル名", "日本語名", "レコード長", "ブロック格納件数",
                                                       "必要容量",   "項目数",   "ORA_INITIAL"};
 
@@ -34,11 +40,9 @@ void putTableValues(Run& run) {
   }
 }
 
-}  // namespace
-
-ExitStatus runCapacity(Run& run) {
-  if (run.options.system == kAllSystems) return failure(run, "システムを選択して下さい.");
-  if (!enterSystem(run, run.options.system)) return kFailed;
+ExitStatus runCapacity(Run& run, const CapacityOptions& options) {
+  if (options.system == kAllSystems) return failure(run, "システムを選択して下さい.");
+  if (!enterSystem(run, options.system)) return kFailed;
   if (run.session.gIsGuest) return failure(run, "guestでは、再計算できません.");
   if (gMsgBox(run.host, "各テーブルのレコード長を再計算します.", kYesNo | kQuestionIcon, "処理確認") != kYes)
     return failure(run, "中止しました.");
@@ -47,5 +51,13 @@ ExitStatus runCapacity(Run& run) {
   putTableValues(run);
   return kDone;
 }
+
+}  // namespace
+
+constinit const Command kCapacityCommand{
+    .name = "capacity",
+    .group = CommandGroup::Tables,
+    .help = "レコード長と容量を再計算し、見出しの行と、テーブルごとの値をタブ区切りで表示する",
+    .prepare = prepareCommand<CapacityOptions, addCapacityOptions, runCapacity>};
 
 }  // namespace quillmarden

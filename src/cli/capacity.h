@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Recomputes lengths and capacities of a System and prints its tables' values below a line of headings.
-ExitStatus runCapacity(Run& run);
+extern const Command kCapacityCommand;
 
 }  // namespace quillmarden

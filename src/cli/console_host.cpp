@@ -141,7 +141,7 @@ bool interrupted() { return stopAsked != 0; }
 Host consoleHost(const Options& options) {
   Host host;
   auto line = std::make_shared<ProgressLine>();
-  bool yes = options.answer == "yes";
+  bool yes = options.answerYes;
   host.dialogs.message = [line, yes](std::string_view text, int style, std::string_view title) {
     line->hide();
     int answer = answerOf(style, yes);

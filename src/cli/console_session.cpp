@@ -86,9 +86,9 @@ bool enterSystem(Run& run, std::string_view system) {
   return false;
 }
 
-bool openTableList(Run& run, frmTBList& list) {
+bool openTableList(Run& run, std::string_view system, frmTBList& list) {
   frmTBList_Load(run.session, run.host, list);
-  if (!enterSystem(run, run.options.system)) return false;
+  if (!enterSystem(run, system)) return false;
   list.CmbSystem.text = run.session.gCurrentSystemName;
   return !pGetTableList(run.session, run.host, list);
 }

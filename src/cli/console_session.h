@@ -21,8 +21,8 @@ void logOut(Run& run);
 
 /// Makes a System current. False, after a message, when there is none of that name.
 bool enterSystem(Run& run, std::string_view system);
-/// The list screen with the System chosen and its rows read. False after a message.
-bool openTableList(Run& run, frmTBList& list);
+/// The list screen with that System chosen and its rows read. False after a message.
+bool openTableList(Run& run, std::string_view system, frmTBList& list);
 
 /// The ID of the current System's table that bears this テーブル名 or 日本語名. The exact spelling wins over one that
 /// differs in case. Nothing, after a message, when the name fits no table or more than one.

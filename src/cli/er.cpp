@@ -1,20 +1,53 @@
 #include "cli/er.h"
 
+#include <array>
+
 #include "cli/generate.h"
 #include "excel/er_book.h"
 
 namespace quillmarden {
 
-ExitStatus runEr(Run& run) {
+namespace {
+
+struct ErOptions {
+  std::string system;
+  std::vector<std::string> tables;
+  std::string output;
+  int mode = 0;
+  bool foreignOnly = false;
+};
+
+void addErOptions(OptionSet& set, ErOptions& options) {
+  addSystem(set, options.system);
+  addTables(set, options.tables);
+  addOutput(set, options.output);
+  set.number("--mode", options.mode, "N", "1: キー項目のみ、2: 名称のみ、3: 備考も表示、その他: 全項目");
+  set.flag("--fk-only", options.foreignOnly, "外部参照のある項目のみ");
+}
+
+/// What a number means; any that has no meaning of its own shows all fields.
+ErFields fieldsOf(int mode) {
+  constexpr std::array kFields = {ErFields::All, ErFields::KeysOnly, ErFields::TitleOnly, ErFields::TwoColumns};
+  return mode > 0 && mode < static_cast<int>(kFields.size()) ? kFields[static_cast<std::size_t>(mode)] : ErFields::All;
+}
+
+ExitStatus runEr(Run& run, const ErOptions& options) {
   frmTBList list;
-  if (!chooseTables(run, list)) return kFailed;
+  if (!chooseTables(run, options.system, options.tables, list)) return kFailed;
   BookRun books;
-  books.outputFile = run.options.output;
+  books.outputFile = options.output;
   ErChoice choice;
-  choice.mode = run.options.mode;
-  choice.foreignOnly = run.options.foreignOnly;
+  choice.fields = fieldsOf(options.mode);
+  choice.foreignOnly = options.foreignOnly;
   frmTBDetail detail;
   return printFile(run, pPutExcel2ER(run.session, run.host, books, list, detail, choice));
 }
+
+}  // namespace
+
+constinit const Command kErCommand{.name = "er",
+                                   .group = CommandGroup::Workbooks,
+                                   .help = "ERのブックを作成し、ファイル名を表示する",
+                                   .prepare = prepareCommand<ErOptions, addErOptions, runEr>};
 
 }  // namespace quillmarden

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Writes the ER workbook of the chosen tables and prints its path.
-ExitStatus runEr(Run& run);
+extern const Command kErCommand;
 
 }  // namespace quillmarden

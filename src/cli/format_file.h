@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Writes the default Format file of a template when there is none, and prints its path; or checks one.
-ExitStatus runFormatFile(Run& run);
+extern const Command kFormatFileCommand;
 
 }  // namespace quillmarden

@@ -36,15 +36,21 @@ ExitStatus report(Run& run, const RunResult& result) {
 
 }  // namespace
 
+void addScriptChoice(OptionSet& set, ScriptChoice& choice) {
+  addSystem(set, choice.system);
+  addTables(set, choice.tables);
+  addOutput(set, choice.output);
+}
+
 std::vector<int> allRows(const frmTBList& list) {
   std::vector<int> rows(list.LstTable.rows.size());
   std::iota(rows.begin(), rows.end(), 0);
   return rows;
 }
 
-std::vector<int> chosenRows(Run& run, const frmTBList& list) {
+std::vector<int> chosenRows(Run& run, const frmTBList& list, const std::vector<std::string>& tables) {
   std::vector<int> chosen;
-  for (const std::string& name : run.options.tables) {
+  for (const std::string& name : tables) {
     std::optional<std::string> id = findTable(run, name);
     if (!id) return {};
     auto row = std::find_if(list.LstTable.rows.begin(), list.LstTable.rows.end(),
@@ -59,10 +65,10 @@ std::vector<int> chosenRows(Run& run, const frmTBList& list) {
   return chosen;
 }
 
-bool chooseTables(Run& run, frmTBList& list) {
-  if (!openTableList(run, list)) return false;
-  std::vector<int> rows = chosenRows(run, list);
-  if (rows.empty() && !run.options.tables.empty()) return false;
+bool chooseTables(Run& run, const std::string& system, const std::vector<std::string>& tables, frmTBList& list) {
+  if (!openTableList(run, system, list)) return false;
+  std::vector<int> rows = chosenRows(run, list, tables);
+  if (rows.empty() && !tables.empty()) return false;
   if (rows.empty()) rows = allRows(list);
   fillSelection(list, rows);
   return true;
@@ -75,35 +81,35 @@ ExitStatus printFile(Run& run, const std::string& path) {
   return kDone;
 }
 
-ExitStatus generate(Run& run, const ScriptMenus& menus) {
+ExitStatus generate(Run& run, const ScriptChoice& choice, const ScriptMenus& menus) {
   // The shared tables belong to Systems of several kinds; there is no script of them all.
-  if (run.options.system == kAllSystems) return failure(run, "システムを選択して下さい.");
+  if (choice.system == kAllSystems) return failure(run, "システムを選択して下さい.");
   frmTBList list;
   frmTBDetail detail;
-  if (!openTableList(run, list)) return kFailed;
-  if (run.options.runnable) list.mnuCreateSQLRunnable.checked = true;
-  std::vector<int> rows = chosenRows(run, list);
-  if (rows.empty() && !run.options.tables.empty()) return kFailed;
+  if (!openTableList(run, choice.system, list)) return kFailed;
+  if (choice.runnable) list.mnuCreateSQLRunnable.checked = true;
+  std::vector<int> rows = chosenRows(run, list, choice.tables);
+  if (rows.empty() && !choice.tables.empty()) return kFailed;
 
   RunTarget target;
-  if (!run.options.output.empty()) target.file = run.options.output;
-  if (run.options.encoding == "utf-8") target.encoding = TextEncoding::Utf8;
+  if (!choice.output.empty()) target.file = choice.output;
+  target.encoding = run.options.encoding.value_or(TextEncoding::Cp932);
 
   RunResult result;
   if (rows.size() == 1) {
     list.LstTable.listIndex = rows.front();
-    result = menus.current(run.session, run.host, list, detail, menus.currentIndex, target);
+    result = menus.current(run.session, run.host, list, detail, target);
     // A kind without a script has been told so; a declined question leaves nothing either.
     if (result.tables == 0) result.failed = true;
   } else if (rows.empty() && menus.all) {
-    result = menus.all(run.session, run.host, list, detail, menus.allIndex, target);
+    result = menus.all(run.session, run.host, list, detail, target);
   } else {
     if (rows.empty()) rows = allRows(list);
     fillSelection(list, rows);
-    result = menus.selection(run.session, run.host, list, detail, menus.selectionIndex, target);
+    result = menus.selection(run.session, run.host, list, detail, target);
   }
 
-  if (result.file.empty()) return run.options.answer == "no" ? failure(run, "中止しました.") : kFailed;
+  if (result.file.empty()) return !run.options.answerYes ? failure(run, "中止しました.") : kFailed;
   ExitStatus status = report(run, result);
   if (result.tables > 0 || !result.failed) run.output = result.file.string() + "\n";
   return status;

@@ -11,8 +11,18 @@
 
 namespace quillmarden {
 
-ExitStatus runInit(Run& run) {
-  std::string file = repositoryName(run.options.file);
+namespace {
+
+struct InitOptions {
+  std::string file;
+};
+
+void addInitOptions(OptionSet& set, InitOptions& options) {
+  set.text("FILE", options.file, "", "作成するファイル。.mdb が含まれないときは .mdb を付ける").filled().required();
+}
+
+ExitStatus runInit(Run& run, const InitOptions& options) {
+  std::string file = repositoryName(options.file);
   std::error_code ignored;
   if (std::filesystem::symlink_status(file, ignored).type() != std::filesystem::file_type::not_found)
     return failure(run, fmt::format("既に同じ名前のファイルが存在します.\n {}", file));
@@ -27,5 +37,14 @@ ExitStatus runInit(Run& run) {
   run.output = file + "\n";
   return kDone;
 }
+
+}  // namespace
+
+constinit const Command kInitCommand{
+    .name = "init",
+    .group = CommandGroup::Repository,
+    .help = "初期リポジトリを作成し、ファイル名を表示する。既存のファイルには作成しない",
+    .prepare = prepareCommand<InitOptions, addInitOptions, runInit>,
+    .entry = Entry::None};
 
 }  // namespace quillmarden

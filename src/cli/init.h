@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Makes an initial Repository and prints its path. An existing file is left alone.
-ExitStatus runInit(Run& run);
+extern const Command kInitCommand;
 
 }  // namespace quillmarden

@@ -9,15 +9,29 @@
 
 namespace quillmarden {
 
-ExitStatus runLayout(Run& run) {
+namespace {
+
+struct LayoutOptions {
+  std::string system;
+  std::vector<std::string> tables;
+  std::string outputFolder;
+};
+
+void addLayoutOptions(OptionSet& set, LayoutOptions& options) {
+  addSystem(set, options.system);
+  addTables(set, options.tables);
+  set.text("--output-folder", options.outputFolder, "DIR", "作成するフォルダ。省略時はシステムの作業フォルダ");
+}
+
+ExitStatus runLayout(Run& run, const LayoutOptions& options) {
   frmTBList list;
-  if (!openTableList(run, list)) return kFailed;
-  std::vector<int> rows = chosenRows(run, list);
-  if (rows.empty() && !run.options.tables.empty()) return kFailed;
+  if (!openTableList(run, options.system, list)) return kFailed;
+  std::vector<int> rows = chosenRows(run, list, options.tables);
+  if (rows.empty() && !options.tables.empty()) return kFailed;
   if (rows.empty()) rows = allRows(list);
 
   BookRun books;
-  books.outputFolder = run.options.outputFolder;
+  books.outputFolder = options.outputFolder;
   frmTBDetail detail;
   ExitStatus status = kDone;
   long done = 0;
@@ -39,5 +53,12 @@ ExitStatus runLayout(Run& run) {
   }
   return status;
 }
+
+}  // namespace
+
+constinit const Command kLayoutCommand{.name = "layout",
+                                       .group = CommandGroup::Workbooks,
+                                       .help = "テーブルレイアウトのブックをテーブルごとに作成し、ファイル名を表示する",
+                                       .prepare = prepareCommand<LayoutOptions, addLayoutOptions, runLayout>};
 
 }  // namespace quillmarden

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Writes the layout workbook of each chosen table and prints the paths. A table that fails does not end the run.
-ExitStatus runLayout(Run& run);
+extern const Command kLayoutCommand;
 
 }  // namespace quillmarden

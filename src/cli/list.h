@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Writes the list book of the chosen tables, without or with field rows, and prints its path.
-ExitStatus runList(Run& run);
+extern const Command kListCommand;
 
 }  // namespace quillmarden

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Prints the user, the file and whether the user is an administrator. The login itself has then happened.
-ExitStatus runLogin(Run& run);
+extern const Command kLoginCommand;
 
 }  // namespace quillmarden

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Prints the mail addresses of the chosen groups, a line a group.
-ExitStatus runMail(Run& run);
+extern const Command kMailCommand;
 
 }  // namespace quillmarden

@@ -3,7 +3,6 @@
 #include "cli/command_line.h"
 #include "cli/console_host.h"
 #include "cli/console_session.h"
-#include "cli/login.h"
 
 namespace {
 
@@ -11,9 +10,10 @@ using namespace quillmarden;
 
 ExitStatus runCommand(const CommandLine& commandLine) {
   Run run{.options = commandLine.options, .host = consoleHost(commandLine.options)};
-  if (commandLine.logsIn && !logIn(run, commandLine.routine == runLogin)) return kFailed;
+  const bool logsIn = commandLine.entry != Entry::None;
+  if (logsIn && !logIn(run, commandLine.entry == Entry::LogInSweep)) return kFailed;
   ExitStatus status = commandLine.routine(run);
-  if (commandLine.logsIn) logOut(run);
+  if (logsIn) logOut(run);
   if (!writeStandardOutput(run.output)) return kFailed;
   return status;
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Writes the member list of the chosen groups and prints its path.
-ExitStatus runMembers(Run& run);
+extern const Command kMembersCommand;
 
 }  // namespace quillmarden

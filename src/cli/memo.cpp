@@ -12,6 +12,18 @@ namespace quillmarden {
 
 namespace {
 
+struct MemoOptions {
+  std::string system;
+  std::string table;
+  std::string saveFile;
+};
+
+void addMemoOptions(OptionSet& set, MemoOptions& options) {
+  addSystem(set, options.system);
+  addTable(set, options.table);
+  set.text("--save", options.saveFile, "FILE", "表示と同じ形式のファイル(UTF-8)で保存する。作成日は省略できる");
+}
+
 namespace memoCol = memo_col;
 
 void putMemo(std::string& output, const Spread& grid) {
@@ -36,10 +48,7 @@ std::string memoFault(const GridText& text, const Spread& grid) {
   return lengthFault(text, grid);
 }
 
-}  // namespace
-
-ExitStatus runMemo(Run& run) {
-  const Options& options = run.options;
+ExitStatus runMemo(Run& run, const MemoOptions& options) {
   frmTBDetail detail;
   std::string text;
   const bool saves = !options.saveFile.empty();
@@ -66,5 +75,13 @@ ExitStatus runMemo(Run& run) {
       memo.Spread.setText(static_cast<int>(cell) + 1, static_cast<int>(row) + 1, lines.rows[row][cell]);
   return CmdUpDate_Click(run.session, run.host, memo) ? kFailed : kDone;
 }
+
+}  // namespace
+
+constinit const Command kMemoCommand{
+    .name = "memo",
+    .group = CommandGroup::Tables,
+    .help = "テーブルの付帯メモ(1行に、記号、備考、作成日)を表示、保存する。タブで区切る",
+    .prepare = prepareCommand<MemoOptions, addMemoOptions, runMemo>};
 
 }  // namespace quillmarden

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Prints a table's memo, one line a row, or saves it from a file of that form.
-ExitStatus runMemo(Run& run);
+extern const Command kMemoCommand;
 
 }  // namespace quillmarden

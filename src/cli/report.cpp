@@ -10,7 +10,21 @@ namespace quillmarden {
 
 namespace {
 
-void putGrid(std::string& output, const Spread& grid) {
+struct ReportOptions {
+  std::string system;
+  std::string query;
+  std::vector<std::string> parameters;
+  std::string output;
+};
+
+void addReportOptions(OptionSet& set, ReportOptions& options) {
+  addSystem(set, options.system);
+  set.text("--query", options.query, "NAME", "Queryの名称(必須)").required();
+  set.texts("--parameter", options.parameters, "TEXT", "パラメータの値。Queryの順に、2つまで指定できる");
+  set.text("--output", options.output, "FILE", "表示せずに、このファイルのブックに出力する");
+}
+
+void putReport(std::string& output, const Spread& grid) {
   for (int row = 0; row <= grid.maxRows(); ++row) {
     for (int column = 1; column <= grid.maxCols(); ++column) {
       if (column > 1) output += '\t';
@@ -21,8 +35,7 @@ void putGrid(std::string& output, const Spread& grid) {
 }
 
 /// The parameters given, in their order; false after a message when they are not as many as the query asks for.
-bool setParameters(Run& run, frmReport& screen) {
-  const std::vector<std::string>& given = run.options.parameters;
+bool setParameters(Run& run, frmReport& screen, const std::vector<std::string>& given) {
   const auto wanted = static_cast<std::size_t>(
       std::ranges::count(screen.TxtPara, true, [](const TextBox& field) { return field.enabled; }));
   if (given.size() == wanted) {
@@ -37,28 +50,33 @@ bool setParameters(Run& run, frmReport& screen) {
   return false;
 }
 
-}  // namespace
-
-ExitStatus runReport(Run& run) {
-  if (!enterSystem(run, run.options.system)) return kFailed;
+ExitStatus runReport(Run& run, const ReportOptions& options) {
+  if (!enterSystem(run, options.system)) return kFailed;
   frmReport screen;
   frmReport_Load(run.session, run.host, screen);
   const auto& queries = screen.CmbDataSource.entries;
-  if (!queries.empty() && std::ranges::find(queries, run.options.query) == queries.end()) {
-    return failure(run, "指定のQueryが存在しません.\n 名称 : " + run.options.query);
+  if (!queries.empty() && std::ranges::find(queries, options.query) == queries.end()) {
+    return failure(run, "指定のQueryが存在しません.\n 名称 : " + options.query);
   }
-  screen.CmbDataSource.text = run.options.query;
-  if (CmbDataSource_Click(run.session, run.host, screen) || !setParameters(run, screen) ||
+  screen.CmbDataSource.text = options.query;
+  if (CmbDataSource_Click(run.session, run.host, screen) || !setParameters(run, screen, options.parameters) ||
       CmdFind_Click(run.session, run.host, screen)) {
     return kFailed;
   }
-  if (run.options.output.empty()) {
-    putGrid(run.output, screen.Spread);
+  if (options.output.empty()) {
+    putReport(run.output, screen.Spread);
     return kDone;
   }
   BookRun books;
-  books.outputFile = run.options.output;
+  books.outputFile = options.output;
   return printFile(run, CmdExcel_Click(run.session, run.host, books, screen, false));
 }
+
+}  // namespace
+
+constinit const Command kReportCommand{.name = "report",
+                                       .group = CommandGroup::Workbooks,
+                                       .help = "出力_ で始まるQueryを実行し、見出しの行と結果をタブ区切りで表示する",
+                                       .prepare = prepareCommand<ReportOptions, addReportOptions, runReport>};
 
 }  // namespace quillmarden

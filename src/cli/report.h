@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Runs a stored query: into a workbook, whose path is printed, or as lines of cells parted by tabs.
-ExitStatus runReport(Run& run);
+extern const Command kReportCommand;
 
 }  // namespace quillmarden

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <charconv>
 
-#include "common/text.h"
-
 namespace quillmarden {
 
 namespace {
@@ -44,10 +42,16 @@ std::optional<GridSelection> parseRowList(std::string_view text) {
   return selection;
 }
 
-std::optional<GridSelection> chosenRows(Run& run, const frmTBDetail& detail) {
+OptionSpec& addRows(OptionSet& options, std::string& rows, std::string help) {
+  return options.text("--rows", rows, "ROWS", std::move(help)).check([](const std::string& text) {
+    return parseRowList(text) ? std::string() : "行は 1,3-5 の形で指定して下さい: " + text;
+  });
+}
+
+std::optional<GridSelection> chosenRows(Run& run, const frmTBDetail& detail, const std::string& wanted) {
   const int rows = detail.Spread.maxRows();
-  if (run.options.rowList.empty()) return GridSelection{wholeRows(1, rows)};
-  std::optional<GridSelection> selection = parseRowList(run.options.rowList);
+  if (wanted.empty()) return GridSelection{wholeRows(1, rows)};
+  std::optional<GridSelection> selection = parseRowList(wanted);
   if (!selection) return std::nullopt;
   const int last = std::max_element(selection->begin(), selection->end(), [](const GridBlock& a, const GridBlock& b) {
                      return a.lastRow < b.lastRow;
@@ -55,10 +59,6 @@ std::optional<GridSelection> chosenRows(Run& run, const frmTBDetail& detail) {
   if (last <= rows) return selection;
   failure(run, fmt::format("指定の行が存在しません.\n 行 : {} ({}行までです.)", last, rows));
   return std::nullopt;
-}
-
-void printClipboard(Run& run) {
-  run.host.machine.setClipboard = [&run](std::string_view text) { run.output += gReplaceAll(text, "\r\n", "\n"); };
 }
 
 }  // namespace quillmarden

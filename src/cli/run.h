@@ -21,11 +21,10 @@ struct Run {
   std::string output{};  ///< UTF-8 with LF; goes out when the command has ended
 };
 
-/// A command: fills run.output and gives the exit status.
-using CommandRoutine = ExitStatus (*)(Run& run);
-
 /// Adds a cell or line to the output with its line ends and tabs turned into blanks.
 void putCell(std::string& output, std::string_view text);
+/// Adds a text of lines, with LF.
+void putText(std::string& output, std::string_view text);
 /// One box with a failure's text, and the status that follows from it.
 ExitStatus failure(Run& run, std::string_view text);
 

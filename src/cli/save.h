@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Saves a table's field grid from a file, with the checks and questions of the detail screen.
-ExitStatus runSave(Run& run);
+extern const Command kSaveCommand;
 
 }  // namespace quillmarden

@@ -7,6 +7,18 @@ namespace quillmarden {
 
 namespace {
 
+struct ShowOptions {
+  std::string system;
+  std::string table;
+  bool gridOnly = false;
+};
+
+void addShowOptions(OptionSet& set, ShowOptions& options) {
+  addSystem(set, options.system);
+  addTable(set, options.table);
+  set.flag("--grid", options.gridOnly, "項目のみ表示する");
+}
+
 void putHeader(std::string& output, const frmTBDetail& detail) {
   auto line = [&](std::string_view name, std::string_view value) {
     output += name;
@@ -68,17 +80,22 @@ void putFieldGrid(std::string& output, const Spread& grid) {
   }
 }
 
-}  // namespace
-
-ExitStatus runShow(Run& run) {
+ExitStatus runShow(Run& run, const ShowOptions& options) {
   frmTBDetail detail;
-  if (!enterSystem(run, run.options.system) || !openTable(run, run.options.table, detail)) return kFailed;
-  if (!run.options.gridOnly) {
+  if (!enterSystem(run, options.system) || !openTable(run, options.table, detail)) return kFailed;
+  if (!options.gridOnly) {
     putHeader(run.output, detail);
     run.output += '\n';
   }
   putFieldGrid(run.output, detail.Spread);
   return kDone;
 }
+
+}  // namespace
+
+constinit const Command kShowCommand{.name = "show",
+                                     .group = CommandGroup::Tables,
+                                     .help = "テーブルの基本情報と、空行の後に項目(1行26セル、タブ区切り)を表示する",
+                                     .prepare = prepareCommand<ShowOptions, addShowOptions, runShow>};
 
 }  // namespace quillmarden

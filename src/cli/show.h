@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Prints one table as the detail screen holds it: header values, an empty line, the field grid.
-ExitStatus runShow(Run& run);
+extern const Command kShowCommand;
 
 }  // namespace quillmarden

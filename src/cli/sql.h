@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Writes a CREATE script and prints its path.
-ExitStatus runSql(Run& run);
+extern const Command kSqlCommand;
 
 }  // namespace quillmarden

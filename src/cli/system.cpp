@@ -14,6 +14,18 @@ namespace quillmarden {
 
 namespace {
 
+struct SystemOptions {
+  std::string system;
+  bool isNew = false;
+  std::vector<std::string> sets;
+};
+
+void addSystemOptions(OptionSet& set, SystemOptions& options) {
+  addSystem(set, options.system);
+  set.flag("--new", options.isNew, "--system の名前で、新しいシステムを登録する");
+  addSettings(set, options.sets, "変更する列と値。複数回指定できる。システム名は名称変更になる");
+}
+
 constexpr std::string_view kName = "システム名";
 
 /// Takes a value into the screen; gives what is wrong with it, "" for nothing.
@@ -135,11 +147,10 @@ void putRecord(Run& run, std::string_view system) {
 }
 
 /// The screen of the System that the options name, a new one with --new. False after a message.
-bool openSystem(Run& run, frmSystemInf& screen) {
-  const Options& options = run.options;
+bool openSystem(Run& run, const SystemOptions& options, frmSystemInf& screen) {
   if (options.system == kAllSystems || options.system == kNewSystem)
     return failure(run, "システムを選択して下さい.") == kDone;
-  if (options.newSystem) {
+  if (options.isNew) {
     frmSystemInf_Load(run.session, run.host, screen, "");
     screen.TxtSystemName.text = options.system;
     return true;
@@ -147,13 +158,11 @@ bool openSystem(Run& run, frmSystemInf& screen) {
   return enterSystem(run, options.system) && frmSystemInf_Load(run.session, run.host, screen, options.system);
 }
 
-}  // namespace
-
-ExitStatus runSystem(Run& run) {
+ExitStatus runSystem(Run& run, const SystemOptions& options) {
   frmSystemInf screen;
-  if (!openSystem(run, screen)) return kFailed;
-  const auto& sets = run.options.sets;
-  if (run.options.newSystem || !sets.empty()) {
+  if (!openSystem(run, options, screen)) return kFailed;
+  const auto& sets = options.sets;
+  if (options.isNew || !sets.empty()) {
     if (!screen.cmdOK.enabled) return failure(run, "guestでは、変更できません.");
     for (const std::string& setting : sets)
       if (!takeSetting(run, screen, setting)) return kFailed;
@@ -162,7 +171,7 @@ ExitStatus runSystem(Run& run) {
     });
     // A name that can't be given must not leave the other columns changed.
     if (renames && !checkNewSystemName(run.session, run.host, screen)) return kFailed;
-    const bool saves = run.options.newSystem || !renames || sets.size() > 1;
+    const bool saves = options.isNew || !renames || sets.size() > 1;
     if (saves && !cmdOK_Click(run.session, run.host, screen)) return kFailed;
     Windows windows;
     if (renames && !cmdChange_Click(run.session, run.host, windows, screen)) return kFailed;
@@ -170,5 +179,13 @@ ExitStatus runSystem(Run& run) {
   putRecord(run, screen.record.name);
   return kDone;
 }
+
+}  // namespace
+
+constinit const Command kSystemCommand{
+    .name = "system",
+    .group = CommandGroup::Systems,
+    .help = "システムの情報を表示する。1行に、列名、タブ、値。--set で列を変更して保存する",
+    .prepare = prepareCommand<SystemOptions, addSystemOptions, runSystem>};
 
 }  // namespace quillmarden

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// The `system` command: the record of a System, and changes of it as the System screen makes them.
-ExitStatus runSystem(Run& run);
+extern const Command kSystemCommand;
 
 }  // namespace quillmarden

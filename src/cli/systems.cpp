@@ -4,6 +4,8 @@
 
 namespace quillmarden {
 
+namespace {
+
 ExitStatus runSystems(Run& run) {
   std::map<std::string, std::string, std::less<>> kinds;
   for (Recordset rows = run.session.gDB->openRecordset("SELECT システム名, databasetype FROM MAS_SYSTEM"); !rows.eof();
@@ -17,5 +19,12 @@ ExitStatus runSystems(Run& run) {
   }
   return kDone;
 }
+
+}  // namespace
+
+constinit const Command kSystemsCommand{.name = "systems",
+                                        .group = CommandGroup::Systems,
+                                        .help = "システムの一覧を表示する。1行に、システム名、タブ、データベース種別",
+                                        .prepare = prepareCommand<runSystems>};
 
 }  // namespace quillmarden

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Prints the shown Systems, one a line: name, tab, Database kind.
-ExitStatus runSystems(Run& run);
+extern const Command kSystemsCommand;
 
 }  // namespace quillmarden

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Prints the rows of the table list under the filters of the options.
-ExitStatus runTables(Run& run);
+extern const Command kTablesCommand;
 
 }  // namespace quillmarden

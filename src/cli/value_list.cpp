@@ -16,6 +16,35 @@ namespace quillmarden {
 
 namespace {
 
+struct ValueListOptions {
+  std::string system;
+  std::string list;  ///< "" for the list of all
+  std::string saveFile;
+  std::string kind;  ///< 種別, to filter by or to save; 型 likewise
+  std::string type;
+  std::string memo;
+  std::optional<bool> shared;
+  bool withShared = false;  ///< those that other Systems share as well
+  bool gridOnly = false;
+};
+
+void addValueListOptions(OptionSet& set, ValueListOptions& options) {
+  addSystem(set, options.system);
+  set.text("--list", options.list, "NAME", "値名称。省略時は値リストの一覧を表示する").filled();
+  set.flag("--with-shared", options.withShared, "一覧に、他システムの全システム共通の値リストも表示する");
+  set.flag("--grid", options.gridOnly, "値のみ表示する");
+  set.text("--save", options.saveFile, "FILE", "値のファイル(UTF-8)。値リストの値をチェックして、全て置き換える")
+      .needs("--list");
+  set.text("--class", options.kind, "TEXT", "種別: フラグ か 区分。一覧を絞る。--list があるときは登録する")
+      .only({"フラグ", "区分"});
+  set.text("--type", options.type, "TEXT", "型: 数値、文字 か Yes/No。一覧を絞る。--list があるときは登録する")
+      .only({"数値", "文字", "Yes/No"});
+  set.text("--memo", options.memo, "TEXT", "値の説明を登録する").needs("--list");
+  set.choice("--shared", options.shared, "yes|no", "全システム共通とするかどうかを登録する",
+             {{"yes", true}, {"no", false}})
+      .needs("--list");
+}
+
 namespace valueCol = division_col;
 
 /// The cells that a file holds.
@@ -91,7 +120,7 @@ void putLists(std::string& output, const ListBox& lists) {
   }
 }
 
-void putList(Run& run, const frmDivision& screen) {
+void putList(Run& run, const frmDivision& screen, bool gridOnly) {
   std::string& output = run.output;
   const ValueListItem item = valueListOnShow(screen);
   const auto line = [&](std::string_view name, std::string_view value) {
@@ -99,7 +128,7 @@ void putList(Run& run, const frmDivision& screen) {
     putCell(output, value);
     output += '\n';
   };
-  if (!run.options.gridOnly) {
+  if (!gridOnly) {
     line("値名称", item.name);
     line("システム名", item.system);
     line("種別", item.kind);
@@ -129,39 +158,39 @@ std::optional<ValueListItem> findList(const frmDivision& screen, std::string_vie
   return shared;
 }
 
-bool changesRecord(const Options& options) {
-  return !options.tableClass.empty() || !options.valueType.empty() || !options.memo.empty() ||
-         !options.allowOthers.empty();
+bool changesRecord(const ValueListOptions& options) {
+  return !options.kind.empty() || !options.type.empty() || !options.memo.empty() || options.shared;
 }
 
 /// Fills the record's screen with what is there and what the options say.
-bool fillRecord(Run& run, frmDiviInfo& info, const std::optional<ValueListItem>& item) {
-  const Options& options = run.options;
+bool fillRecord(Run& run, const ValueListOptions& options, frmDiviInfo& info,
+                const std::optional<ValueListItem>& item) {
   if (pGetDivisionInfo(run.session, run.host, info, item ? item->name : "")) return false;
-  if (!item) info.TxtDivName.text = options.valueList;
-  if (!options.tableClass.empty()) info.CmbClass.text = options.tableClass;
-  if (!options.valueType.empty()) info.CmbKata.text = options.valueType;
+  if (!item) info.TxtDivName.text = options.list;
+  if (!options.kind.empty()) info.CmbClass.text = options.kind;
+  if (!options.type.empty()) info.CmbKata.text = options.type;
   if (!options.memo.empty()) info.Txtbiko.text = options.memo;
-  if (!options.allowOthers.empty()) info.ChkAllSystem.value = options.allowOthers == "yes";
+  if (options.shared) info.ChkAllSystem.value = *options.shared;
   return !pChkDivisionInfo(run.session, run.host, info);
 }
 
 /// Shows the list under its saved type, takes the file's entries and saves them.
-bool saveEntries(Run& run, frmDivision& screen, const ValueListItem& item, std::string_view text) {
+bool saveEntries(Run& run, const std::string& file, frmDivision& screen, const ValueListItem& item,
+                 std::string_view text) {
   if (item.type == "Yes/No") return failure(run, "Yes/No型では、値を登録できません.") == kDone;
   if (showValueList(run.session, run.host, screen, item)) return false;
   const Spread grid = fileGrid(screen);
   const GridText lines = parseGridText(text, grid);
   if (const std::string fault = valueListFault(lines, grid); !fault.empty())
-    return failure(run, fmt::format("{}\n {}", run.options.saveFile, fault)) == kDone;
+    return failure(run, fmt::format("{}\n {}", file, fault)) == kDone;
   replaceEntries(screen.Spread, lines.rows);
   return !CmdUpDate_Click(run.session, run.host, screen);
 }
 
-ExitStatus saveList(Run& run, frmDivision& screen, const std::optional<ValueListItem>& item) {
-  const Options& options = run.options;
+ExitStatus saveList(Run& run, const ValueListOptions& options, frmDivision& screen,
+                    const std::optional<ValueListItem>& item) {
   if (!run.session.gCanEdit)
-    return failure(run, fmt::format("この値リストは編集できません.\n 値名称 : {}", options.valueList));
+    return failure(run, fmt::format("この値リストは編集できません.\n 値名称 : {}", options.list));
   if (item && !equalsNoCase(item->system, run.session.gCurrentSystemName)) {
     return failure(
         run, fmt::format("{}\nのシステムで定義されたものです.\nこのシステムで修正する権限がありません.", item->system));
@@ -170,7 +199,7 @@ ExitStatus saveList(Run& run, frmDivision& screen, const std::optional<ValueList
   if (!options.saveFile.empty() && !readFile(run, options.saveFile, text)) return kFailed;
   frmDiviInfo info;
   const bool record = changesRecord(options);
-  if (record && !fillRecord(run, info, item)) return kFailed;
+  if (record && !fillRecord(run, options, info, item)) return kFailed;
 
   // Record and entries together: a fault in the entries leaves no list without them.
   Database& database = *run.session.gDB;
@@ -181,7 +210,7 @@ ExitStatus saveList(Run& run, frmDivision& screen, const std::optional<ValueList
     if (record)
       target = {info.TxtDivName.text, run.session.gCurrentSystemName, info.CmbClass.text, info.CmbKata.text,
                 info.Txtbiko.text};
-    saved = saveEntries(run, screen, target, text);
+    saved = saveEntries(run, options.saveFile, screen, target, text);
   }
   if (saved)
     database.commitTrans();
@@ -190,34 +219,41 @@ ExitStatus saveList(Run& run, frmDivision& screen, const std::optional<ValueList
   return saved ? kDone : kFailed;
 }
 
-}  // namespace
-
-ExitStatus runValueList(Run& run) {
-  const Options& options = run.options;
+ExitStatus runValueList(Run& run, const ValueListOptions& options) {
   if (!enterSystem(run, options.system)) return kFailed;
   if (options.system == kAllSystems) return failure(run, "全システム共通では、値リストを扱えません.");
-  const bool saves = !options.saveFile.empty() || (!options.valueList.empty() && changesRecord(options));
+  const bool saves = !options.saveFile.empty() || (!options.list.empty() && changesRecord(options));
 
   frmDivision screen;
   frmDivision_Load(run.session, run.host, screen);
-  const bool one = !options.valueList.empty();
+  const bool one = !options.list.empty();
   screen.ChkAllSystem.value = one || options.withShared;
   if (!one) {
-    screen.CmbClass.text = options.tableClass;
-    screen.CmbKata.text = options.valueType;
+    screen.CmbClass.text = options.kind;
+    screen.CmbKata.text = options.type;
   }
   if (pGetDivisionList(run.session, run.host, screen)) return kFailed;
   if (!one) {
     putLists(run.output, screen.lstDivision);
     return kDone;
   }
-  const auto item = findList(screen, run.session.gCurrentSystemName, options.valueList);
+  const auto item = findList(screen, run.session.gCurrentSystemName, options.list);
   if (!item && !changesRecord(options))
-    return failure(run, fmt::format("指定の値リストが存在しません.\n 値名称 : {}", options.valueList));
-  if (saves) return saveList(run, screen, item);
+    return failure(run, fmt::format("指定の値リストが存在しません.\n 値名称 : {}", options.list));
+  if (saves) return saveList(run, options, screen, item);
   if (showValueList(run.session, run.host, screen, *item)) return kFailed;
-  putList(run, screen);
+  putList(run, screen, options.gridOnly);
   return kDone;
 }
+
+}  // namespace
+
+constinit const Command kValueListCommand{
+    .name = "value-list",
+    .group = CommandGroup::Tables,
+    .help =
+        "値リストの一覧(1行に、値名称、システム名、種別、型、内容)か、1つの値リスト(1行に、初期値、値、概要)"
+        "を表示、登録する",
+    .prepare = prepareCommand<ValueListOptions, addValueListOptions, runValueList>};
 
 }  // namespace quillmarden

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/run.h"
+#include "cli/command.h"
 
 namespace quillmarden {
 
 /// Writes a VIEW script and prints its path.
-ExitStatus runView(Run& run);
+extern const Command kViewCommand;
 
 }  // namespace quillmarden

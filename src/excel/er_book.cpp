@@ -45,9 +45,9 @@ struct ErBox {
 
 std::vector<ErField> shownFields(const ErTable& table, const ErChoice& choice) {
   std::vector<ErField> shown;
-  if (choice.mode == er_mode::kTitleOnly) return shown;
+  if (choice.fields == ErFields::TitleOnly) return shown;
   for (const ErField& field : table.fields) {
-    if (choice.mode == er_mode::kKeysOnly && !field.key) continue;
+    if (choice.fields == ErFields::KeysOnly && !field.key) continue;
     if (choice.foreignOnly && !field.foreign) continue;
     shown.push_back(field);
   }
@@ -126,7 +126,7 @@ std::vector<SheetPicture> keyPictures(const BoxMaker& maker, const SheetMeasure&
 ErBox makeBox(const BoxMaker& maker, const ErTable& table) {
   const AppSettings& settings = maker.session.settings;
   const std::vector<ErField> fields = shownFields(table, maker.choice);
-  const int columns = maker.choice.mode == er_mode::kTwoColumns ? 3 : 2;
+  const int columns = maker.choice.fields == ErFields::TwoColumns ? 3 : 2;
   const std::string title = "【" + table.name + (maker.form.newTitles && maker.choice.dotTitle ? "】." : "】");
   const SizedFont font = erFont();
   Workbook book = Workbook::create({.sheetName = "ER", .fontName = font.family, .fontSize = font.size});

@@ -9,15 +9,15 @@
 namespace quillmarden {
 
 /// Which fields the boxes of an ER sheet show.
-namespace er_mode {
-inline constexpr int kAllFields = 0;  ///< one column; any other number means this, too
-inline constexpr int kKeysOnly = 1;
-inline constexpr int kTitleOnly = 2;
-inline constexpr int kTwoColumns = 3;  ///< field and remark
-}  // namespace er_mode
+enum class ErFields {
+  All,  ///< one column
+  KeysOnly,
+  TitleOnly,
+  TwoColumns  ///< field and remark
+};
 
 struct ErChoice {
-  int mode = er_mode::kAllFields;
+  ErFields fields = ErFields::All;
   bool foreignOnly = false;  ///< fields without a foreign key are left out
   std::string bookName{};    ///< of the file; blank for the System's name
   bool dotTitle = false;     ///< titles end in a full stop

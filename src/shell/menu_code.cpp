@@ -6,10 +6,10 @@ namespace quillmarden {
 
 namespace {
 
-MenuPress alterTable(int index) {
-  return [index](Application& app, std::string_view screen) {
+MenuPress alterTable(AlterMode mode) {
+  return [mode](Application& app, std::string_view screen) {
     const frmTBDetail& detail = app.detail(screen);
-    mnuAlterTable_Click(app.session, app.host, detail, detail.selection, index);
+    mnuAlterTable_Click(app.session, app.host, detail, detail.selection, mode);
   };
 }
 
@@ -32,8 +32,8 @@ std::vector<MenuEntry> codeMenus() {
     code.push_back(entryAt("mnuCopyCode", snippet.index, std::string(snippet.caption), copyCode(snippet.index)));
   }
   return {enabledWhen(submenu("mnutAlterTable", "ALTER文の作成",
-                              {entryAt("mnuAlterTable", 0, "項目の追加", alterTable(0)),
-                               entryAt("mnuAlterTable", 1, "項目の変更", alterTable(1))}),
+                              {entryAt("mnuAlterTable", 0, "項目の追加", alterTable(AlterMode::Add)),
+                               entryAt("mnuAlterTable", 1, "項目の変更", alterTable(AlterMode::Change))}),
                       hasTable),
           enabledWhen(submenu("mnutCopyCode", "コードの作成", std::move(code)), hasTable)};
 }

@@ -66,16 +66,18 @@ MenuPress drawing(void (*rows)(frmTBList& list), ErChoice choice) {
       rows, [choice](OutputRun& run) { pPutExcel2ER(run.session, run.host, run.book, run.list, run.detail, choice); });
 }
 
-/// Drawings of the chosen rows, in the order of their menu.
+/// Drawings of the chosen rows, in the order of their menu; the last entry of it draws text boxes.
 MenuPress chosenDrawing(int index) {
-  if (index == 5) {
-    return output(chosen, [](OutputRun& run) {
-      pPutExcel2ERTextBox(run.session, run.host, run.book, run.list, run.detail, {.openAfter = true});
-    });
-  }
-  constexpr std::array kModes = {er_mode::kAllFields, er_mode::kKeysOnly, er_mode::kTitleOnly, er_mode::kTwoColumns,
-                                 er_mode::kAllFields};
-  return drawing(chosen, {.mode = kModes.at(static_cast<std::size_t>(index)), .foreignOnly = index == 4});
+  static const std::array<ErChoice, 5> kChoices = {{{.fields = ErFields::All},
+                                                    {.fields = ErFields::KeysOnly},
+                                                    {.fields = ErFields::TitleOnly},
+                                                    {.fields = ErFields::TwoColumns},
+                                                    {.foreignOnly = true}}};
+  const auto place = static_cast<std::size_t>(index);
+  if (place < kChoices.size()) return drawing(chosen, kChoices[place]);
+  return output(chosen, [](OutputRun& run) {
+    pPutExcel2ERTextBox(run.session, run.host, run.book, run.list, run.detail, {.openAfter = true});
+  });
 }
 
 MenuPress disks(void (*rows)(frmTBList& list)) {
@@ -116,7 +118,7 @@ MenuPress memberSystems(void (*rows)(frmTBList& list)) {
 
 MenuPress excelHandler(std::string_view name, int index) {
   if (name == "mnuExcelER2Book")
-    return stoppable(drawing(all, {.mode = index == 0 ? er_mode::kAllFields : er_mode::kTwoColumns}));
+    return stoppable(drawing(all, {.fields = index == 0 ? ErFields::All : ErFields::TwoColumns}));
   if (name == "mnuExcelER") return stoppable(chosenDrawing(index));
   if (name == "mnuExcelDisk") return stoppable(disks(all));
   if (name == "mnuExcelDiskSel") return stoppable(disks(asItIs));

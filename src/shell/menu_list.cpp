@@ -22,11 +22,12 @@ MenuPress onSelection(void (*handler)(frmTBList&)) {
   return [handler](Application& app, std::string_view) { handler(app.list); };
 }
 
-using SqlRun = RunResult (*)(Session&, Host&, frmTBList&, frmTBDetail&, int, const RunTarget&);
-
-MenuPress sqlRun(SqlRun run, int index) {
-  return [run, index](Application& app, std::string_view) {
-    run(app.session, app.host, app.list, app.detail(), index, RunTarget{});
+/// A script, `choice` being what its routine asks beside the screens.
+template <typename... Choice>
+MenuPress sqlRun(RunResult (*run)(Session&, Host&, frmTBList&, frmTBDetail&, Choice..., const RunTarget&),
+                 Choice... choice) {
+  return [run, choice...](Application& app, std::string_view) {
+    run(app.session, app.host, app.list, app.detail(), choice..., RunTarget{});
   };
 }
 
@@ -139,11 +140,11 @@ MenuEntry flags() {
 MenuEntry statements() {
   return submenu(
       "mnutsCreateSQL", "Create SQL文の作成",
-      {entryAt("mnuCreateSql", 0, "選択行のSQL文", sqlRun(mnuCreateSql_Click, 0)),
-       entryAt("mnuCreateSql", 1, "全てのSQL文作成", sqlRun(mnuCreateSql_Click, 1)),
-       entryAt("mnuCreateSql", 2, "選択行のSQL文作成-", sqlRun(mnuCreateSql_Click, 2)),
-       entryAt("mnuCreateSql", 3, "全てのSQL文作成-", sqlRun(mnuCreateSql_Click, 3)), separator(),
-       entryAt("mnuCreateView", 0, "選択行のSQL.View", sqlRun(mnuCreateView_Click, 0)), separator(),
+      {entryAt("mnuCreateSql", 0, "選択行のSQL文", sqlRun(mnuCreateSql_Click, SqlRows::Current, SqlClauses::AsOptions)),
+       entryAt("mnuCreateSql", 1, "全てのSQL文作成", sqlRun(mnuCreateSql_Click, SqlRows::All, SqlClauses::AsOptions)),
+       entryAt("mnuCreateSql", 2, "選択行のSQL文作成-", sqlRun(mnuCreateSql_Click, SqlRows::Current, SqlClauses::All)),
+       entryAt("mnuCreateSql", 3, "全てのSQL文作成-", sqlRun(mnuCreateSql_Click, SqlRows::All, SqlClauses::All)),
+       separator(), entryAt("mnuCreateView", 0, "選択行のSQL.View", sqlRun(mnuCreateView_Click)), separator(),
        entryAt("mnuCreateAccess", 0, "選択行のAccessテーブル作成"),
        entryAt("mnuCreateAccess", 1, "全てのAccessテーブル作成"),
        entry("mnuOpenAccess", "Accessファイルを開く",
@@ -217,13 +218,13 @@ Menu chosenRows() {
       enabledWhen(entryAt("mnuSelAll", 1, "全選択解除", all(1)), hasChosenRows),
       separator()};
   for (MenuEntry& made : drawings()) entries.push_back(std::move(made));
-  for (MenuEntry& made :
-       std::vector<MenuEntry>{separator(), excel("mnuExcelSelList", -1, "テーブル一覧"),
-                              excel("mnuExcelSelListLayout", -1, "テーブルレイアウト一覧"),
-                              excel("mnuExcelDiskSel", -1, "Excel出力(磁気ディスク)"), separator(),
-                              entryAt("mnuCreateSQLSel", 0, "SQL文の作成", sqlRun(mnuCreateSQLSel_Click, 0)),
-                              entryAt("mnuCreateSQLSel", 1, "SQL文の作成-", sqlRun(mnuCreateSQLSel_Click, 1)),
-                              entryAt("mnuCreateViewSel", 0, "SQL.Viewの作成", sqlRun(mnuCreateViewSel_Click, 0))})
+  for (MenuEntry& made : std::vector<MenuEntry>{
+           separator(), excel("mnuExcelSelList", -1, "テーブル一覧"),
+           excel("mnuExcelSelListLayout", -1, "テーブルレイアウト一覧"),
+           excel("mnuExcelDiskSel", -1, "Excel出力(磁気ディスク)"), separator(),
+           entryAt("mnuCreateSQLSel", 0, "SQL文の作成", sqlRun(mnuCreateSQLSel_Click, SqlClauses::AsOptions)),
+           entryAt("mnuCreateSQLSel", 1, "SQL文の作成-", sqlRun(mnuCreateSQLSel_Click, SqlClauses::All)),
+           entryAt("mnuCreateViewSel", 0, "SQL.Viewの作成", sqlRun(mnuCreateViewSel_Click))})
     entries.push_back(std::move(made));
   return {"frmTBList", "mnutExcel", "出力", true, "LstTableSel", std::move(entries)};
 }

@@ -56,24 +56,29 @@ std::string alterText(const Generation& generation, const std::vector<int>& rows
   return text.text;
 }
 
-bool mnuAlterTable_Click(Session& session, Host& host, const frmTBDetail& screen, const GridSelection& selection,
-                         int index) {
+std::optional<std::string> alterTextOfRows(Session& session, Host& host, const frmTBDetail& screen,
+                                           const GridSelection& selection, AlterMode mode) {
   if (!routineOf(trim(screen.lblFileType.caption))) {
     gMsgBox(host, joinLines({"このデータベースは", "対応していません."}), kOkOnly | kStopIcon);
-    return true;
+    return std::nullopt;
   }
   if (std::any_of(selection.begin(), selection.end(),
                   [&](const GridBlock& block) { return coversAll(screen, block); })) {
     gMsgBox(host, "全選択ではできません.");
-    return true;
+    return std::nullopt;
   }
   SystemRecord system;
-  if (!gMDB_GetSystemInfo(session, host, session.gCurrentSystemName, system)) return true;
+  if (!gMDB_GetSystemInfo(session, host, session.gCurrentSystemName, system)) return std::nullopt;
   CheckListCache noLists;
   const Generation generation{session, host, screen, system, noLists};
-  const AlterMode mode = index == 0 ? AlterMode::Add : AlterMode::Change;
-  host.machine.setClipboard(alterText(generation, selectedRows(screen, selection), mode));
-  return false;
+  return alterText(generation, selectedRows(screen, selection), mode);
+}
+
+bool mnuAlterTable_Click(Session& session, Host& host, const frmTBDetail& screen, const GridSelection& selection,
+                         AlterMode mode) {
+  const std::optional<std::string> text = alterTextOfRows(session, host, screen, selection, mode);
+  if (text) host.machine.setClipboard(*text);
+  return !text;
 }
 
 }  // namespace quillmarden

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,9 +16,12 @@ enum class AlterMode { Add, Change };
 /// without any the head stands alone. "" for a kind that no such text can be made for.
 std::string alterText(const Generation& generation, const std::vector<int>& rows, AlterMode mode);
 
-/// The menu of the grid: puts the text for the selected rows on the clipboard. index 0 adds columns, 1 changes them.
-/// True when nothing was made, after its message.
+/// The text for the selected rows of the grid. Nothing, after its message, for a kind without such text and for a
+/// selection of the whole grid.
+std::optional<std::string> alterTextOfRows(Session& session, Host& host, const frmTBDetail& screen,
+                                           const GridSelection& selection, AlterMode mode);
+/// The menu of the grid: puts that text on the clipboard. True when nothing was made.
 bool mnuAlterTable_Click(Session& session, Host& host, const frmTBDetail& screen, const GridSelection& selection,
-                         int index);
+                         AlterMode mode);
 
 }  // namespace quillmarden

@@ -15,10 +15,6 @@ namespace quillmarden {
 
 namespace {
 
-constexpr int kSelectionIndexes = 90;  ///< from here on an index belongs to a selection run
-constexpr int kSelectionSql = 98;
-constexpr int kSelectionSqlFull = 99;
-
 using Generator = void (*)(const Generation&, ScriptText&);
 
 /// The routine of a kind; nullptr for a kind that no script can be made for.
@@ -224,7 +220,7 @@ bool mayBegin(Host& host, const frmTBDetail& detail, RunResult& result) {
 RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, const RunTarget& target,
                   const ScriptRunMenu& menu) {
   ScriptRun run{session, host, list, detail, list.LstTable, menu, target};
-  if (menu.asks && (!mayBegin(host, detail, run.result) || !ask(host, menu.question))) return run.result;
+  if (!mayBegin(host, detail, run.result) || !ask(host, menu.question)) return run.result;
   setUnderWay(run, true);
   const int remembered = run.rows.listIndex;
   const int first = menu.allRows ? 0 : remembered;
@@ -232,10 +228,9 @@ RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& de
   run.total = last - first + 1;
 
   if (gMDB_GetSystemInfo(session, host, session.gCurrentSystemName, run.system)) {
-    const bool ofSystem = menu.allRows || menu.append;
     run.result.file =
-        scriptFile(run, filePrefix(menu), ofSystem ? session.gCurrentSystemName : tableListName(run.rows.text()));
-    if (!menu.append) removeOldFile(run.result.file);
+        scriptFile(run, filePrefix(menu), menu.allRows ? session.gCurrentSystemName : tableListName(run.rows.text()));
+    removeOldFile(run.result.file);
     guarded(run, [&] {
       putRows(run, first, last);
       putCollected(run);
@@ -245,8 +240,8 @@ RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& de
     run.result.failed = true;
   }
 
-  if (menu.asks) run.rows.listIndex = remembered;
-  if (menu.asks && !list.errorMark && ask(host, "作成結果を表示しますか?") && !run.result.file.empty())
+  run.rows.listIndex = remembered;
+  if (!list.errorMark && ask(host, "作成結果を表示しますか?") && !run.result.file.empty())
     host.opener.openFile(run.result.file);
   setUnderWay(run, false);
   showCurrentRow(run);
@@ -299,35 +294,30 @@ void toggle(Session& session, MenuItem& item, bool& setting, std::string_view ke
 
 }  // namespace
 
-RunResult mnuCreateSql_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
-                             const RunTarget& target) {
+RunResult mnuCreateSql_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, SqlRows rows,
+                             SqlClauses clauses, const RunTarget& target) {
   ScriptRunMenu menu;
-  menu.optionSwitch = index == 0 || index == 1 || index == kSelectionSql;
-  menu.allRows = index == 1 || index == 3;
-  menu.append = index == kSelectionSql || index == kSelectionSqlFull;
-  menu.asks = index < kSelectionIndexes;
+  menu.optionSwitch = clauses == SqlClauses::AsOptions;
+  menu.allRows = rows == SqlRows::All;
   return runMenu(session, host, list, detail, target, menu);
 }
 
-RunResult mnuCreateSQLSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
+RunResult mnuCreateSQLSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, SqlClauses clauses,
                                 const RunTarget& target) {
   ScriptRunMenu menu;
-  menu.optionSwitch = index == 0;
+  menu.optionSwitch = clauses == SqlClauses::AsOptions;
   menu.append = true;
   return runSelection(session, host, list, detail, target, menu);
 }
 
-RunResult mnuCreateView_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
+RunResult mnuCreateView_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail,
                               const RunTarget& target) {
   ScriptRunMenu menu;
   menu.views = true;
-  menu.append = index > 0;
-  menu.head = index == 0;
-  menu.asks = index == 0;
   return runMenu(session, host, list, detail, target, menu);
 }
 
-RunResult mnuCreateViewSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int,
+RunResult mnuCreateViewSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail,
                                  const RunTarget& target) {
   ScriptRunMenu menu;
   menu.views = true;

@@ -29,17 +29,20 @@ struct RunResult {
   std::vector<std::pair<std::string, std::u32string>> lost;
 };
 
-// The menus. `index` is the menu's: 0 and 2 the current row, 1 and 3 all rows, 2 and 3 with every clause;
-// 98 and 99 append the current row without a question.
-RunResult mnuCreateSql_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
-                             const RunTarget& target = {});
-/// index 0 or, with every clause, 1, over the selected rows of LstTableSel.
-RunResult mnuCreateSQLSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
+/// The rows of LstTable that a menu is for.
+enum class SqlRows { Current, All };
+/// Whether clauses follow their options, or all of them are written.
+enum class SqlClauses { AsOptions, All };
+
+RunResult mnuCreateSql_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, SqlRows rows,
+                             SqlClauses clauses, const RunTarget& target = {});
+/// Over the selected rows of LstTableSel.
+RunResult mnuCreateSQLSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, SqlClauses clauses,
                                 const RunTarget& target = {});
-/// index 0: the current row; above, it is appended without head and question.
-RunResult mnuCreateView_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
+/// VIEW statements for the current row, whatever its kind.
+RunResult mnuCreateView_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail,
                               const RunTarget& target = {});
-RunResult mnuCreateViewSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, int index,
+RunResult mnuCreateViewSel_Click(Session& session, Host& host, frmTBList& list, frmTBDetail& detail,
                                  const RunTarget& target = {});
 /// Toggles the check of the back-up menu and stores it.
 void mnuCreateSQLBack_Click(Session& session, frmTBList& list);

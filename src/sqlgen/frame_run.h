@@ -17,7 +17,6 @@ struct ScriptRunMenu {
   bool allRows = false;
   bool append = false;  ///< one row behind what the file holds already
   bool head = true;
-  bool asks = true;
   std::string_view question = "Sql文を作成します.";
 };
 

@@ -72,12 +72,12 @@ TEST_F(ErBookTest, EachTableIsAnEmbeddedBookAndReferencesBringTheirTables) {
 TEST_F(ErBookTest, ModesChooseTheRows) {
   choose(order);
   choose(customer);
-  Workbook keys = drawn({.mode = er_mode::kKeysOnly});
+  Workbook keys = drawn({.fields = ErFields::KeysOnly});
   EXPECT_EQ(boxText(keys, 1), "【受注】,|,(PK)受注番号|");
-  Workbook titles = drawn({.mode = er_mode::kTitleOnly, .bookName = "<概観>"});
+  Workbook titles = drawn({.fields = ErFields::TitleOnly, .bookName = "<概観>"});
   EXPECT_TRUE(path.ends_with("/概観_ER.xlsx"));
   EXPECT_EQ(boxText(titles, 2), "【顧客】|");
-  Workbook remarks = drawn({.mode = er_mode::kTwoColumns, .dotTitle = true});
+  Workbook remarks = drawn({.fields = ErFields::TwoColumns, .dotTitle = true});
   EXPECT_EQ(boxText(remarks, 2), "【顧客】.,,|,(PK)顧客番号,|,name,氏名|");
   Workbook foreign = drawn({.foreignOnly = true});
   EXPECT_EQ(boxText(foreign, 1), "【受注】,|,(FK)顧客番号|");

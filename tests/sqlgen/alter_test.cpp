@@ -37,8 +37,8 @@ struct Given : ChosenFields {
   }
 };
 
-std::string altered(ChosenFields& chosen, int index) {
-  EXPECT_FALSE(mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, ChosenFields::rows(2, 5), index));
+std::string altered(ChosenFields& chosen, AlterMode mode) {
+  EXPECT_FALSE(mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, ChosenFields::rows(2, 5), mode));
   return chosen.clipboard();
 }
 
@@ -52,10 +52,11 @@ TEST(AlterTest, OracleTakesColumnsInBrackets) {
       "    ,AT date  NULL \n"
       ")\n;\n"
       "\n COMMENT ON  COLUMN T_ORDER.NAME IS 'it\"s.long'\n;\n";
-  EXPECT_EQ(altered(chosen, 0), head + "ALTER TABLE T_ORDER  ADD \n" + columns);
-  EXPECT_EQ(altered(chosen, 1), head + "ALTER TABLE T_ORDER  MODIFY \n" + columns);
+  EXPECT_EQ(altered(chosen, AlterMode::Add), head + "ALTER TABLE T_ORDER  ADD \n" + columns);
+  EXPECT_EQ(altered(chosen, AlterMode::Change), head + "ALTER TABLE T_ORDER  MODIFY \n" + columns);
   // Only what was asked for: a row without a name gives the head alone.
-  EXPECT_FALSE(mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, ChosenFields::rows(3, 3), 0));
+  EXPECT_FALSE(
+      mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, ChosenFields::rows(3, 3), AlterMode::Add));
   EXPECT_EQ(chosen.clipboard(), head);
 }
 
@@ -67,7 +68,8 @@ TEST(AlterTest, SqlServerChangesAColumnAStatement) {
   const std::string head = "\n-- System     : 販売\n-- Data Base  : SQL Server\n-- Table Name : T_ORDER\n\n";
   const std::string tail =
       "--制約等は、Create文作成側のものを利用してください.\n--すでに制約がある場合は、DROPが必要です.\n";
-  EXPECT_FALSE(mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, ChosenFields::rows(4, 8), 0));
+  EXPECT_FALSE(
+      mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, ChosenFields::rows(4, 8), AlterMode::Add));
   EXPECT_EQ(chosen.clipboard(), head +
                                     "ALTER TABLE [own].[T_ORDER]  ADD \n"
                                     "     [PRICE] [decimal](10,2)  DEFAULT ((0)) NULL \n"
@@ -77,7 +79,8 @@ TEST(AlterTest, SqlServerChangesAColumnAStatement) {
                                     "    ,[NO] [bigint] identity(1,1) NOT NULL \n"
                                     " go\n" +
                                     tail);
-  EXPECT_FALSE(mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, ChosenFields::rows(2, 4), 1));
+  EXPECT_FALSE(mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, ChosenFields::rows(2, 4),
+                                   AlterMode::Change));
   EXPECT_EQ(chosen.clipboard(),
             head +
                 "ALTER TABLE [own].[T_ORDER]  ALTER COLUMN \n     [NAME] [nvarchar](40)  NOT NULL \n go\n"
@@ -91,22 +94,22 @@ TEST(AlterTest, PostgreSqlHasAClauseAColumn) {
   const std::string tail =
       "\n COMMENT ON  COLUMN T_ORDER.NAME IS 'it's.long'\n;\n"
       "--制約等は、Create文作成側のものを利用してください.\n--すでに制約がある場合は、DROPが必要です.\n";
-  EXPECT_EQ(altered(chosen, 0), head +
-                                    "ALTER TABLE T_ORDER  ADD \n"
-                                    "     NAME varchar(40)  DEFAULT ('x') NOT NULL \n"
-                                    ", ADD PRICE numeric(10,2)  DEFAULT ((0)) NULL \n"
-                                    ", ADD AT timestamp NULL \n;\n" +
-                                    tail);
-  EXPECT_EQ(altered(chosen, 1), head +
-                                    " ALTER  TABLE T_ORDER ALTER NAME TYPE varchar(40);\n"
-                                    " ALTER  TABLE T_ORDER ALTER NAME SET NOT NULL;\n"
-                                    " ALTER  TABLE T_ORDER ALTER NAME SET DEFAULT ('x');\n"
-                                    " ALTER  TABLE T_ORDER ALTER PRICE TYPE numeric(10,2);\n"
-                                    " ALTER  TABLE T_ORDER ALTER PRICE DROP NOT NULL;\n"
-                                    " ALTER  TABLE T_ORDER ALTER PRICE SET DEFAULT ((0));\n"
-                                    " ALTER  TABLE T_ORDER ALTER AT TYPE timestamp;\n"
-                                    " ALTER  TABLE T_ORDER ALTER AT DROP NOT NULL;\n" +
-                                    tail);
+  EXPECT_EQ(altered(chosen, AlterMode::Add), head +
+                                                 "ALTER TABLE T_ORDER  ADD \n"
+                                                 "     NAME varchar(40)  DEFAULT ('x') NOT NULL \n"
+                                                 ", ADD PRICE numeric(10,2)  DEFAULT ((0)) NULL \n"
+                                                 ", ADD AT timestamp NULL \n;\n" +
+                                                 tail);
+  EXPECT_EQ(altered(chosen, AlterMode::Change), head +
+                                                    " ALTER  TABLE T_ORDER ALTER NAME TYPE varchar(40);\n"
+                                                    " ALTER  TABLE T_ORDER ALTER NAME SET NOT NULL;\n"
+                                                    " ALTER  TABLE T_ORDER ALTER NAME SET DEFAULT ('x');\n"
+                                                    " ALTER  TABLE T_ORDER ALTER PRICE TYPE numeric(10,2);\n"
+                                                    " ALTER  TABLE T_ORDER ALTER PRICE DROP NOT NULL;\n"
+                                                    " ALTER  TABLE T_ORDER ALTER PRICE SET DEFAULT ((0));\n"
+                                                    " ALTER  TABLE T_ORDER ALTER AT TYPE timestamp;\n"
+                                                    " ALTER  TABLE T_ORDER ALTER AT DROP NOT NULL;\n" +
+                                                    tail);
 }
 
 TEST(AlterTest, MySqlKeepsCommentsInTheColumn) {
@@ -114,35 +117,38 @@ TEST(AlterTest, MySqlKeepsCommentsInTheColumn) {
   const std::string head = "\n/* System     : 販売*/\n/* Data Base  : MySQL*/\n/* Table Name : T_ORDER*/\n\n";
   const std::string tail =
       "/*制約等は、Create文作成側のものを利用してください.*/\n/*すでに制約がある場合は、DROPが必要です.*/\n";
-  EXPECT_EQ(altered(chosen, 0), head +
-                                    "ALTER TABLE T_ORDER  ADD \n"
-                                    "     NAME VARCHAR(40)  DEFAULT 'x' NOT NULL  COMMENT 'it''s.long'\n"
-                                    ", ADD PRICE DECIMAL(10,2)  DEFAULT 0 NULL \n"
-                                    ", ADD AT DATETIME NULL \n;\n" +
-                                    tail);
-  EXPECT_EQ(altered(chosen, 1), head +
-                                    " ALTER  TABLE T_ORDER MODIFY NAME VARCHAR(40)  NOT NULL  COMMENT 'it''s.long';\n"
-                                    " ALTER  TABLE T_ORDER ALTER NAME SET DEFAULT 'x';\n"
-                                    " ALTER  TABLE T_ORDER MODIFY PRICE DECIMAL(10,2)  NULL ;\n"
-                                    " ALTER  TABLE T_ORDER ALTER PRICE SET DEFAULT 0;\n"
-                                    " ALTER  TABLE T_ORDER MODIFY AT DATETIME NULL ;\n" +
-                                    tail);
+  EXPECT_EQ(altered(chosen, AlterMode::Add), head +
+                                                 "ALTER TABLE T_ORDER  ADD \n"
+                                                 "     NAME VARCHAR(40)  DEFAULT 'x' NOT NULL  COMMENT 'it''s.long'\n"
+                                                 ", ADD PRICE DECIMAL(10,2)  DEFAULT 0 NULL \n"
+                                                 ", ADD AT DATETIME NULL \n;\n" +
+                                                 tail);
+  EXPECT_EQ(altered(chosen, AlterMode::Change),
+            head +
+                " ALTER  TABLE T_ORDER MODIFY NAME VARCHAR(40)  NOT NULL  COMMENT 'it''s.long';\n"
+                " ALTER  TABLE T_ORDER ALTER NAME SET DEFAULT 'x';\n"
+                " ALTER  TABLE T_ORDER MODIFY PRICE DECIMAL(10,2)  NULL ;\n"
+                " ALTER  TABLE T_ORDER ALTER PRICE SET DEFAULT 0;\n"
+                " ALTER  TABLE T_ORDER MODIFY AT DATETIME NULL ;\n" +
+                tail);
 }
 
 TEST(AlterTest, RefusesAllRowsAndOtherKinds) {
   Given chosen("Oracle", {"varchar2", "number", "date"});
   chosen.host.clipboard = "former";
   chosen.host.expect("確認", "全選択ではできません.");
-  EXPECT_TRUE(mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, ChosenFields::rows(1, 5), 0));
+  EXPECT_TRUE(
+      mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, ChosenFields::rows(1, 5), AlterMode::Add));
   // Rows that are chosen one by one are no such block.
   const GridSelection each = {ChosenFields::rows(1, 2)[0], ChosenFields::rows(3, 5)[0]};
-  EXPECT_FALSE(mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, each, 0));
+  EXPECT_FALSE(mnuAlterTable_Click(chosen.session, chosen.host.host, chosen.detail, each, AlterMode::Add));
   for (const char* kind : {"Access", "TeraDatabase", ""}) {
     ChosenFields other(kind);
     other.add({{col::kFieldName, "A"}});
     other.host.clipboard = "former";
     other.host.expect("確認", "このデータベースは\n対応していません.");
-    EXPECT_TRUE(mnuAlterTable_Click(other.session, other.host.host, other.detail, ChosenFields::rows(1, 1), 0));
+    EXPECT_TRUE(mnuAlterTable_Click(other.session, other.host.host, other.detail,
+                                    ChosenFields::rows(1, AlterMode::Change), AlterMode::Add));
     EXPECT_EQ(other.clipboard(), "former");
   }
 }

@@ -81,7 +81,8 @@ TEST_F(FrameTest, CurrentRowIsAskedForWrittenStampedAndOffered) {
   host.expect("確認", "作成結果を表示しますか?", kYes);
   list.LstTable.listIndex = 0;
   host.now.second = 42;
-  const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, 0);
+  const RunResult result =
+      mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions);
 
   EXPECT_FALSE(result.failed);
   EXPECT_EQ(result.tables, 1);
@@ -112,9 +113,10 @@ TEST_F(FrameTest, CurrentRowIsAskedForWrittenStampedAndOffered) {
 TEST_F(FrameTest, SecondRunKeepsTheFirstDateAndReplacesTheFile) {
   host.answerAll(kYes);
   list.LstTable.listIndex = 0;
-  mnuCreateSql_Click(session, host.host, list, detail, 0);
+  mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions);
   host.now = {2026, 12, 1, 8, 0, 30};
-  const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, 2, utf8);
+  const RunResult result =
+      mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::All, utf8);
   const std::string text = script(result);
   EXPECT_EQ(count(text, "-- システム名"), 1);
   EXPECT_EQ(count(text, "/* \t作成回数  :2 回目*/\r\n"), 1);
@@ -125,12 +127,13 @@ TEST_F(FrameTest, SecondRunKeepsTheFirstDateAndReplacesTheFile) {
 TEST_F(FrameTest, DeclinedOrBlockedRunsLeaveNothing) {
   list.LstTable.listIndex = 0;
   host.expect("確認", "Sql文を作成します.", kNo);
-  EXPECT_TRUE(mnuCreateSql_Click(session, host.host, list, detail, 0).file.empty());
+  EXPECT_TRUE(
+      mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions).file.empty());
   detail.changed = true;
   host.expect("確認", "詳細画面が編集中です.");
-  EXPECT_TRUE(mnuCreateSql_Click(session, host.host, list, detail, 1).failed);
+  EXPECT_TRUE(mnuCreateSql_Click(session, host.host, list, detail, SqlRows::All, SqlClauses::AsOptions).failed);
   host.expect("選択してね!", "選択されていないようです.");
-  EXPECT_TRUE(mnuCreateSQLSel_Click(session, host.host, list, detail, 0).failed);
+  EXPECT_TRUE(mnuCreateSQLSel_Click(session, host.host, list, detail, SqlClauses::AsOptions).failed);
   EXPECT_EQ(stamp(1), "-|-|-|-");
   EXPECT_TRUE(std::filesystem::is_empty(host.host.machine.tempFolder));
 }
@@ -141,7 +144,8 @@ TEST_F(FrameTest, AllRowsSkipGroupLinesAndOtherKinds) {
   host.expect("確認", "Sql文を作成します.", kYes);
   host.expect("確認", "作成結果を表示しますか?", kNo);
   list.LstTable.listIndex = 4;
-  const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, 1, utf8);
+  const RunResult result =
+      mnuCreateSql_Click(session, host.host, list, detail, SqlRows::All, SqlClauses::AsOptions, utf8);
   EXPECT_FALSE(result.failed);
   EXPECT_EQ(result.tables, 3);
   EXPECT_EQ(result.file.filename(), "Sql_販売.txt");
@@ -161,7 +165,8 @@ TEST_F(FrameTest, KindWithoutGeneratorIsToldWhenAlone) {
   host.expect("確認", "このデータベースには対応していません.");
   host.expect("確認", "作成結果を表示しますか?", kNo);
   list.LstTable.listIndex = 3;
-  const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, 0, utf8);
+  const RunResult result =
+      mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions, utf8);
   EXPECT_TRUE(result.failed);
   EXPECT_EQ(result.tables, 0);
   EXPECT_EQ(count(script(result), "\r\n"), 8) << "the file holds its head alone";
@@ -171,7 +176,7 @@ TEST_F(FrameTest, SelectionRunHasOneHeadPerTableAndSeesItsOwnStamps) {
   select({1, 0, 1});
   host.expect("確認", "Sql文を作成します.", kYes);
   host.expect("確認", "出力結果を表示しますか?", kYes);
-  const RunResult result = mnuCreateSQLSel_Click(session, host.host, list, detail, 1, utf8);
+  const RunResult result = mnuCreateSQLSel_Click(session, host.host, list, detail, SqlClauses::All, utf8);
   const std::string text = script(result);
   EXPECT_EQ(count(text, "-- システム名"), 3);
   EXPECT_EQ(count(text, "DROP TABLE"), 0);
@@ -182,21 +187,11 @@ TEST_F(FrameTest, SelectionRunHasOneHeadPerTableAndSeesItsOwnStamps) {
   EXPECT_EQ(host.opened, std::vector<std::string>{result.file.string()});
 }
 
-TEST_F(FrameTest, IndexesOfASelectionRunAppendWithoutQuestions) {
-  list.LstTable.listIndex = 0;
-  const RunResult first = mnuCreateSql_Click(session, host.host, list, detail, 98, utf8);
-  mnuCreateSql_Click(session, host.host, list, detail, 99, utf8);
-  const std::string text = script(first);
-  EXPECT_EQ(first.file.filename(), "Sql_販売.txt");
-  EXPECT_EQ(count(text, "-- システム名"), 2);
-  EXPECT_EQ(count(text, "DROP TABLE"), 1);
-}
-
 TEST_F(FrameTest, ViewRunsTakeEveryKindAndStampNothing) {
   host.expect("確認", "Sql文を作成します.", kYes);
   host.expect("確認", "作成結果を表示しますか?", kNo);
   list.LstTable.listIndex = 3;
-  const RunResult single = mnuCreateView_Click(session, host.host, list, detail, 0, utf8);
+  const RunResult single = mnuCreateView_Click(session, host.host, list, detail, utf8);
   EXPECT_EQ(single.file.filename(), "SqlView_メモ.txt");
   EXPECT_EQ(count(script(single), "-- システム名"), 1);
   EXPECT_EQ(count(script(single), "CREATE VIEW V_MEMO  AS \r\n"), 1);
@@ -204,7 +199,7 @@ TEST_F(FrameTest, ViewRunsTakeEveryKindAndStampNothing) {
   select({0, 3});
   host.expect("確認", "VIEW.Sql文を作成します.", kYes);
   host.expect("確認", "出力結果を表示しますか?", kNo);
-  const RunResult many = mnuCreateViewSel_Click(session, host.host, list, detail, 0, utf8);
+  const RunResult many = mnuCreateViewSel_Click(session, host.host, list, detail, utf8);
   EXPECT_EQ(many.file.filename(), "SqlView_販売.txt");
   EXPECT_EQ(count(script(many), "-- システム名"), 0);
   EXPECT_EQ(count(script(many), "CREATE VIEW V_"), 2);
@@ -222,7 +217,8 @@ TEST_F(FrameTest, ARefusedQuestionEndsTheRunWithTheTablesBeforeIt) {
     told = true;
     return static_cast<int>(kOk);
   };
-  const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, 1, utf8);
+  const RunResult result =
+      mnuCreateSql_Click(session, host.host, list, detail, SqlRows::All, SqlClauses::AsOptions, utf8);
   EXPECT_TRUE(told);
   EXPECT_TRUE(result.failed);
   EXPECT_TRUE(list.errorMark);
@@ -234,7 +230,7 @@ TEST_F(FrameTest, ARefusedQuestionEndsTheRunWithTheTablesBeforeIt) {
 
 TEST_F(FrameTest, AFullDiskLeavesWholeTables) {
   host.answerAll(kYes);
-  const RunResult whole = mnuCreateSql_Click(session, host.host, list, detail, 3, utf8);
+  const RunResult whole = mnuCreateSql_Click(session, host.host, list, detail, SqlRows::All, SqlClauses::All, utf8);
   const std::string text = script(whole);
   const std::size_t secondTable = text.find("--------------------------------------------------------\r\n-- \tSchema");
   ASSERT_NE(secondTable, std::string::npos);
@@ -251,7 +247,7 @@ TEST_F(FrameTest, AFullDiskLeavesWholeTables) {
     return answer(text, style, title);
   };
   host.messages.clear();
-  const RunResult cut = mnuCreateSql_Click(session, host.host, list, detail, 3, utf8);
+  const RunResult cut = mnuCreateSql_Click(session, host.host, list, detail, SqlRows::All, SqlClauses::All, utf8);
   setrlimit(RLIMIT_FSIZE, &before);
   signal(SIGXFSZ, handler);
 
@@ -269,18 +265,21 @@ TEST_F(FrameTest, CharactersThatTheEncodingLacksAreNamed) {
   run("UPDATE MAS_TABLEINFO SET 日本語名 = '受注🍎注' WHERE ID = 1");
   host.answerAll(kYes);
   list.LstTable.listIndex = 0;
-  const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, 0);
+  const RunResult result =
+      mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions);
   ASSERT_EQ(result.lost.size(), 1u);
   EXPECT_EQ(result.lost[0].first, "t_order");
   EXPECT_EQ(result.lost[0].second, U"🍎");
-  EXPECT_TRUE(mnuCreateSql_Click(session, host.host, list, detail, 0, utf8).lost.empty());
+  EXPECT_TRUE(
+      mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions, utf8).lost.empty());
 }
 
 TEST_F(FrameTest, AStopEndsTheRunBetweenTables) {
   host.answerAll(kYes);
   int asked = 0;
   host.host.dialogs.stopRequested = [&] { return ++asked > 1; };
-  const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, 1, utf8);
+  const RunResult result =
+      mnuCreateSql_Click(session, host.host, list, detail, SqlRows::All, SqlClauses::AsOptions, utf8);
   EXPECT_EQ(result.tables, 1);
   EXPECT_FALSE(result.failed);
   EXPECT_EQ(stamp(1).substr(0, 2), "1|");
@@ -292,12 +291,12 @@ TEST_F(FrameTest, ASystemThatCannotBeReadEndsTheRun) {
   host.expect("確認", "Sql文を作成します.", kYes);
   host.expect("確認", "作成結果を表示しますか?", kYes);
   list.LstTable.listIndex = 0;
-  EXPECT_TRUE(mnuCreateSql_Click(session, host.host, list, detail, 0).failed);
+  EXPECT_TRUE(mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions).failed);
   EXPECT_TRUE(host.opened.empty());
   select({0});
   host.expect("確認", "Sql文を作成します.", kYes);
   host.expect("しっぱい", "システム情報の取得に失敗しました.");
-  EXPECT_TRUE(mnuCreateSQLSel_Click(session, host.host, list, detail, 0).failed);
+  EXPECT_TRUE(mnuCreateSQLSel_Click(session, host.host, list, detail, SqlClauses::AsOptions).failed);
 }
 
 TEST_F(FrameTest, AChosenTargetIsWrittenAndADeviceIsNotDeleted) {
@@ -305,7 +304,8 @@ TEST_F(FrameTest, AChosenTargetIsWrittenAndADeviceIsNotDeleted) {
   list.LstTable.listIndex = 0;
   const auto device = host.folder.path() / "out";
   std::filesystem::create_symlink("/dev/null", device);
-  const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, 0, {device, TextEncoding::Utf8});
+  const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions,
+                                              {device, TextEncoding::Utf8});
   EXPECT_EQ(result.file, device);
   EXPECT_TRUE(std::filesystem::is_symlink(device));
   EXPECT_FALSE(result.failed);

@@ -37,10 +37,11 @@ class RunnableTest : public testing::TestWithParam<std::string> {
     host.answerAll(kYes);
   }
 
-  std::string script(int index, int row = 0) {
+  std::string script(SqlRows rows, SqlClauses clauses = SqlClauses::AsOptions, int row = 0) {
     list.LstTable.listIndex = row;
     const auto file = host.folder.path() / "out.sql";
-    const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, index, {file, TextEncoding::Utf8});
+    const RunResult result =
+        mnuCreateSql_Click(session, host.host, list, detail, rows, clauses, {file, TextEncoding::Utf8});
     EXPECT_FALSE(result.failed);
     return gReplaceAll(readFile(file), "\r\n", "\n");
   }
@@ -51,10 +52,12 @@ class RunnableTest : public testing::TestWithParam<std::string> {
   frmTBDetail detail;
 };
 
-TEST_P(RunnableTest, WritesTheExpectedScript) { EXPECT_EQ(script(1), readFile(kData / GetParam() / "expected.sql")); }
+TEST_P(RunnableTest, WritesTheExpectedScript) {
+  EXPECT_EQ(script(SqlRows::All), readFile(kData / GetParam() / "expected.sql"));
+}
 
 TEST_P(RunnableTest, ATableAloneKeepsItsKeysAndStamp) {
-  const std::string text = script(2, 1);
+  const std::string text = script(SqlRows::Current, SqlClauses::All, 1);
   EXPECT_EQ(text.find("DROP"), std::string::npos);
   std::size_t keys = 0;
   for (std::size_t at = text.find("FOREIGN KEY"); at != std::string::npos; at = text.find("FOREIGN KEY", at + 1))

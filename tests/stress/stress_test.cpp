@@ -68,7 +68,8 @@ struct Worker {
     list.CmbTitle.text = "テーブル名";
     list.OptAll.value = true;
     if (list.LstTable.count() == 0 && pGetTableList(session, scripted.host, list)) throw std::runtime_error("list");
-    return mnuCreateSql_Click(session, scripted.host, list, detail, 1, {target, TextEncoding::Utf8});
+    return mnuCreateSql_Click(session, scripted.host, list, detail, SqlRows::All, SqlClauses::AsOptions,
+                              {target, TextEncoding::Utf8});
   }
 
   std::string said() const {

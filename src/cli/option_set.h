@@ -1,0 +1,71 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace quillmarden {
+
+/// One option of a command: how it is written, what its help says, and what takes its value. The parser's own library
+/// is for one file alone, so that a command compiles in a moment and knows nothing of it.
+struct OptionSpec {
+  enum class Form { Flag, Value, Repeated };
+
+  std::string name;  ///< "--table"; without dashes the argument that stands by its place alone
+  Form form = Form::Value;
+  std::string type;  ///< the word that stands for a value in the help
+  std::string help;
+  bool isRequired = false;
+  std::vector<std::string> wanted;  ///< options without which this one says nothing
+  std::vector<std::string> words;   ///< the only values; empty for any
+  std::vector<std::function<std::string(const std::string& value)>> checks;
+  std::function<void(const std::string& value)> take;  ///< of a flag: called with ""
+
+  OptionSpec& required();
+  /// Refuses a value of nothing but blanks.
+  OptionSpec& filled();
+  OptionSpec& needs(std::string other);
+  OptionSpec& only(std::vector<std::string> values);
+  /// `fault` gives what is wrong with a value, "" for nothing.
+  OptionSpec& check(std::function<std::string(const std::string& value)> fault);
+};
+
+/// The first thing that is wrong with a value, "" for nothing.
+std::string valueFault(const OptionSpec& option, const std::string& value);
+
+/// The options of one command, each tied to the place that takes its value. The places must outlive the set.
+class OptionSet {
+ public:
+  OptionSpec& text(std::string name, std::string& value, std::string type, std::string help);
+  /// An option that may come again, one value each time.
+  OptionSpec& texts(std::string name, std::vector<std::string>& values, std::string type, std::string help);
+  OptionSpec& flag(std::string name, bool& value, std::string help);
+  /// A whole number; anything else is refused.
+  OptionSpec& number(std::string name, int& value, std::string type, std::string help);
+  /// One of these words, each of which stands for a value.
+  template <typename Place, typename Value>
+  OptionSpec& choice(std::string name, Place& value, std::string type, std::string help,
+                     std::initializer_list<std::pair<const char*, Value>> meanings) {
+    std::vector<std::pair<std::string, Value>> known(meanings.begin(), meanings.end());
+    OptionSpec& option = add(std::move(name), OptionSpec::Form::Value, std::move(type), std::move(help));
+    for (const auto& [word, meaning] : known) option.words.push_back(word);
+    option.take = [&value, known = std::move(known)](const std::string& given) {
+      for (const auto& [word, meaning] : known)
+        if (word == given) value = meaning;
+    };
+    return option;
+  }
+
+  const std::deque<OptionSpec>& options() const { return options_; }
+
+ private:
+  OptionSpec& add(std::string name, OptionSpec::Form form, std::string type, std::string help);
+
+  std::deque<OptionSpec> options_;  // callers hold on to what they have added
+};
+
+}  // namespace quillmarden
