@@ -49,6 +49,7 @@ class ParsedOptions {
       option->group(heading);
       if (spec.form != OptionSpec::Form::Flag) addValue(*option, spec);
       for (const std::string& other : spec.wanted) option->needs(app.get_option(other));
+      for (const std::string& other : spec.unwanted) option->excludes(app.get_option(other));
       options_.emplace_back(option, &spec);
     }
   }
@@ -67,7 +68,7 @@ class ParsedOptions {
     option.type_name(spec.type)->required(spec.isRequired);
     if (spec.form == OptionSpec::Form::Repeated)
       option.expected(1, CLI::detail::expected_max_vector_size)->allow_extra_args(false);
-    option.check(CLI::Validator([&spec](std::string& value) { return valueFault(spec, value); }, ""));
+    option.check(CLI::Validator([&spec](std::string& value) { return optionFault(spec, value); }, ""));
   }
 
   std::vector<std::pair<CLI::Option*, const OptionSpec*>> options_;
@@ -90,6 +91,7 @@ void setWords(CLI::App& app) {
 
 /// The parser's own words, without those that the line before them has said in Japanese.
 std::string namesIn(std::string text) {
+  if (const std::size_t at = text.find(" excludes "); at != std::string::npos) text.replace(at, 10, ", ");
   for (const std::string_view said :
        {" is required", "The following argument was not expected: ", "The following arguments were not expected: "}) {
     if (const std::size_t at = text.find(said); at != std::string::npos) text.erase(at, said.size());
@@ -101,6 +103,8 @@ ExitStatus usageError(const CLI::ParseError& error) {
   std::string text = namesIn(error.what());
   if (dynamic_cast<const CLI::RequiredError*>(&error))
     text = "必要な指定がありません.\n " + text;
+  else if (dynamic_cast<const CLI::ExcludesError*>(&error))
+    text = "同時に指定できません.\n " + text;
   else if (dynamic_cast<const CLI::ExtrasError*>(&error))
     text = "不明な指定があります.\n " + text;
   else if (dynamic_cast<const CLI::ValidationError*>(&error))

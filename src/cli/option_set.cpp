@@ -33,6 +33,11 @@ OptionSpec& OptionSpec::needs(std::string other) {
   return *this;
 }
 
+OptionSpec& OptionSpec::excludes(std::string other) {
+  unwanted.push_back(std::move(other));
+  return *this;
+}
+
 OptionSpec& OptionSpec::only(std::vector<std::string> values) {
   words = std::move(values);
   return *this;
@@ -43,7 +48,7 @@ OptionSpec& OptionSpec::check(std::function<std::string(const std::string& value
   return *this;
 }
 
-std::string valueFault(const OptionSpec& option, const std::string& value) {
+std::string optionFault(const OptionSpec& option, const std::string& value) {
   if (!option.words.empty() && std::find(option.words.begin(), option.words.end(), value) == option.words.end())
     return fmt::format("{} のいずれかを指定して下さい: {}", fmt::join(option.words, ", "), value);
   for (const auto& check : option.checks)

@@ -20,7 +20,8 @@ struct OptionSpec {
   std::string type;  ///< the word that stands for a value in the help
   std::string help;
   bool isRequired = false;
-  std::vector<std::string> wanted;  ///< options without which this one says nothing
+  std::vector<std::string> wanted;    ///< options without which this one says nothing
+  std::vector<std::string> unwanted;  ///< options that contradict it; each stands in front of it in the set
   std::vector<std::string> words;   ///< the only values; empty for any
   std::vector<std::function<std::string(const std::string& value)>> checks;
   std::function<void(const std::string& value)> take;  ///< of a flag: called with ""
@@ -29,13 +30,15 @@ struct OptionSpec {
   /// Refuses a value of nothing but blanks.
   OptionSpec& filled();
   OptionSpec& needs(std::string other);
+  /// Refuses to stand beside that one.
+  OptionSpec& excludes(std::string other);
   OptionSpec& only(std::vector<std::string> values);
   /// `fault` gives what is wrong with a value, "" for nothing.
   OptionSpec& check(std::function<std::string(const std::string& value)> fault);
 };
 
 /// The first thing that is wrong with a value, "" for nothing.
-std::string valueFault(const OptionSpec& option, const std::string& value);
+std::string optionFault(const OptionSpec& option, const std::string& value);
 
 /// The options of one command, each tied to the place that takes its value. The places must outlive the set.
 class OptionSet {

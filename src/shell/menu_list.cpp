@@ -23,9 +23,8 @@ MenuPress onSelection(void (*handler)(frmTBList&)) {
 }
 
 /// A script, `choice` being what its routine asks beside the screens.
-template <typename... Choice>
-MenuPress sqlRun(RunResult (*run)(Session&, Host&, frmTBList&, frmTBDetail&, Choice..., const RunTarget&),
-                 Choice... choice) {
+template <typename Routine, typename... Choice>
+MenuPress sqlRun(Routine* run, Choice... choice) {
   return [run, choice...](Application& app, std::string_view) {
     run(app.session, app.host, app.list, app.detail(), choice..., RunTarget{});
   };
