@@ -3,8 +3,10 @@
 #include <deque>
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -22,7 +24,7 @@ struct OptionSpec {
   bool isRequired = false;
   std::vector<std::string> wanted;    ///< options without which this one says nothing
   std::vector<std::string> unwanted;  ///< options that contradict it; each stands in front of it in the set
-  std::vector<std::string> words;   ///< the only values; empty for any
+  std::vector<std::string> words;     ///< the only values; empty for any
   std::vector<std::function<std::string(const std::string& value)>> checks;
   std::function<void(const std::string& value)> take;  ///< of a flag: called with ""
 
@@ -43,6 +45,9 @@ std::string optionFault(const OptionSpec& option, const std::string& value);
 /// The options of one command, each tied to the place that takes its value. The places must outlive the set.
 class OptionSet {
  public:
+  template <typename Value>
+  using Words = std::initializer_list<std::pair<const char*, std::type_identity_t<Value>>>;
+
   OptionSpec& text(std::string name, std::string& value, std::string type, std::string help);
   /// An option that may come again, one value each time.
   OptionSpec& texts(std::string name, std::vector<std::string>& values, std::string type, std::string help);
@@ -50,22 +55,34 @@ class OptionSet {
   /// A whole number; anything else is refused.
   OptionSpec& number(std::string name, int& value, std::string type, std::string help);
   /// One of these words, each of which stands for a value.
-  template <typename Place, typename Value>
-  OptionSpec& choice(std::string name, Place& value, std::string type, std::string help,
-                     std::initializer_list<std::pair<const char*, Value>> meanings) {
-    std::vector<std::pair<std::string, Value>> known(meanings.begin(), meanings.end());
-    OptionSpec& option = add(std::move(name), OptionSpec::Form::Value, std::move(type), std::move(help));
-    for (const auto& [word, meaning] : known) option.words.push_back(word);
-    option.take = [&value, known = std::move(known)](const std::string& given) {
-      for (const auto& [word, meaning] : known)
-        if (word == given) value = meaning;
-    };
-    return option;
+  template <typename Value>
+  OptionSpec& choice(std::string name, Value& value, std::string type, std::string help, Words<Value> words) {
+    return addChoice<Value>(std::move(name), std::move(type), std::move(help), words,
+                            [&value](const Value& given) { value = given; });
+  }
+  /// The same where nothing stands for an option that is not there.
+  template <typename Value>
+  OptionSpec& choice(std::string name, std::optional<Value>& value, std::string type, std::string help,
+                     Words<Value> words) {
+    return addChoice<Value>(std::move(name), std::move(type), std::move(help), words,
+                            [&value](const Value& given) { value = given; });
   }
 
   const std::deque<OptionSpec>& options() const { return options_; }
 
  private:
+  template <typename Value>
+  OptionSpec& addChoice(std::string name, std::string type, std::string help, Words<Value> words,
+                        std::function<void(const Value&)> take) {
+    std::vector<std::pair<std::string, Value>> known(words.begin(), words.end());
+    OptionSpec& option = add(std::move(name), OptionSpec::Form::Value, std::move(type), std::move(help));
+    for (const auto& [word, meaning] : known) option.words.push_back(word);
+    option.take = [known = std::move(known), take = std::move(take)](const std::string& given) {
+      for (const auto& [word, meaning] : known)
+        if (word == given) take(meaning);
+    };
+    return option;
+  }
   OptionSpec& add(std::string name, OptionSpec::Form form, std::string type, std::string help);
 
   std::deque<OptionSpec> options_;  // callers hold on to what they have added
