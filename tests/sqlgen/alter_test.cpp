@@ -147,8 +147,8 @@ TEST(AlterTest, RefusesAllRowsAndOtherKinds) {
     other.add({{col::kFieldName, "A"}});
     other.host.clipboard = "former";
     other.host.expect("確認", "このデータベースは\n対応していません.");
-    EXPECT_TRUE(mnuAlterTable_Click(other.session, other.host.host, other.detail,
-                                    ChosenFields::rows(1, AlterMode::Change), AlterMode::Add));
+    EXPECT_TRUE(
+        mnuAlterTable_Click(other.session, other.host.host, other.detail, ChosenFields::rows(1, 1), AlterMode::Add));
     EXPECT_EQ(other.clipboard(), "former");
   }
 }
