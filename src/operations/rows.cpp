@@ -148,7 +148,7 @@ bool pGetKenSuTeigi(Session& session, Host& host, frmKENSU& screen) {
 
 bool LstTeigi_Click(Session& session, Host& host, frmKENSU& screen) {
   const std::string id(kenSuRowId(screen.LstTeigi.text()));
-  if (id.empty()) return true;
+  if (!isNumeric(id)) return true;
   if (isChanged(screen) && (id == screen.lblID.caption || gAskKeepEditing(host, screen.TxtName.text))) {
     selectOnShow(screen);
     return true;

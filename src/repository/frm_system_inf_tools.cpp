@@ -58,7 +58,7 @@ int removeReverseTables(Database& database, const std::string& system) {
   const std::string where = " Where システム名 = " + sqlText(system) + "  And   REVERSE_DB = -1 ";
   for (Recordset tables = database.openRecordset(" Select  ID  From MAS_TABLEINFO " + where); !tables.eof();
        tables.moveNext())
-    database.execute("Delete * From MAS_TABLEDETAILES Where ID = " + std::string(tables.text(0)));
+    database.execute("Delete * From MAS_TABLEDETAILES Where ID = " + std::to_string(tables.integer(0)));
   return database.execute("Delete * From MAS_TABLEINFO " + where);
 }
 
