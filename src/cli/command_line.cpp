@@ -32,7 +32,8 @@ void addCommonOptions(OptionSet& set, Options& options, Entry entry) {
   });
   set.text("--computer", options.computer, "NAME", "コンピュータ名の代わり");
   set.choice("--answer", options.answerYes, "yes|no", "全ての質問への答え(省略時 yes)", {{"yes", true}, {"no", false}});
-  set.choice("--encoding", options.encoding, "cp932|utf-8", "作成するテキストファイルの文字コード(省略時 cp932)",
+  set.choice("--encoding", options.encoding, "cp932|utf-8",
+             "作成するテキストファイルの文字コード(省略時 cp932、--runnableでは utf-8)",
              {{"cp932", TextEncoding::Cp932}, {"utf-8", TextEncoding::Utf8}});
   set.texts("--user", options.users, "NAME",
             entry == Entry::None ? "登録するユーザー名。複数回指定できる(adminは常に登録する)"

@@ -93,7 +93,8 @@ ExitStatus generate(Run& run, const ScriptChoice& choice, const ScriptMenus& men
 
   RunTarget target;
   if (!choice.output.empty()) target.file = choice.output;
-  target.encoding = run.options.encoding.value_or(TextEncoding::Cp932);
+  target.encoding = run.options.encoding;
+  if (!target.encoding && choice.runnable) target.encoding = TextEncoding::Utf8;
 
   RunResult result;
   if (rows.size() == 1) {

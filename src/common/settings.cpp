@@ -56,6 +56,7 @@ constexpr SwitchKey kSwitches[] = {
     {"CreateSql2DefaultIsPut", &AppSettings::createSql2DefaultIsPut},
     {"CreateSql2BackUpTable", &AppSettings::createSql2BackUpTable},
     {"CreateSql2Runnable", &AppSettings::createSql2Runnable},
+    {"CreateSql2RunnableUtf8", &AppSettings::createSql2RunnableUtf8},
     {"ExcelObject2SetKage", &AppSettings::excelObject2SetKage},
     {"LowerFieldName", &AppSettings::lowerFieldName},
     {"IndexIsReservMoji", &AppSettings::indexIsReservMoji},

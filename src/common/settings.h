@@ -61,7 +61,8 @@ struct AppSettings {
   bool createSql2StrageIsPut = true;
   bool createSql2DefaultIsPut = true;
   bool createSql2BackUpTable = false;
-  bool createSql2Runnable = false;  ///< the form that a server takes as it stands
+  bool createSql2Runnable = false;     ///< the form that a server takes as it stands
+  bool createSql2RunnableUtf8 = true;  ///< that form's encoding: UTF-8, or CP932
   bool excelObject2SetKage = true;
   bool lowerFieldName = false;
   std::array<bool, 8> putMemberInfo = allOn<8>();  ///< Comp, CompRaku, Bumon1, Bumon2, Yakusyoku, Tel, Mail, Yakuwari

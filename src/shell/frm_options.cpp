@@ -34,6 +34,7 @@ constexpr OptionLine kLines[] = {
     {"CreateSql2DefaultIsPut", kSql, "初期値(DEFAULT)を出力する"},
     {"CreateSql2BackUpTable", kSql, "テーブルのバックアップを出力する"},
     {"CreateSql2Runnable", kSql, "実行可能形式で出力する"},
+    {"CreateSql2RunnableUtf8", kSql, "実行可能形式をUTF-8で出力する(オフのときはCP932)"},
     {"IndexIsReservMoji", kIndex, "英数字、「-」、「_」だけを使う"},
     {"IndexAddRyakuMoji", kIndex, "テーブルの略名を付ける"},
     {"ExcelObject2SetKage", kBook, "図形に影を付ける"},

@@ -150,7 +150,7 @@ void guarded(ScriptRun& run, Body&& body) {
 
 /// Rows of the list from first to last into the file, after its head.
 void putRows(ScriptRun& run, int first, int last) {
-  ScriptFile file(run.result.file, run.target.encoding, run.menu.append);
+  ScriptFile file(run.result.file, run.encoding, run.menu.append);
   ScriptText head;
   if (run.menu.head) putFileHead(run, head);
   // In the runnable form the drops of all tables come first: a selection's further heads stand with their tables.
@@ -169,7 +169,7 @@ void putRows(ScriptRun& run, int first, int last) {
 /// The end of a run in the runnable form; other runs have written everything by now.
 void putCollected(ScriptRun& run) {
   if (run.runnable.empty() && run.waitingHead.text.empty()) return;
-  ScriptFile file(run.result.file, run.target.encoding, true);
+  ScriptFile file(run.result.file, run.encoding, true);
   putWaitingHead(run, std::nullopt, file);
   putRunnable(run, file);
   file.close();
@@ -220,6 +220,7 @@ bool mayBegin(Host& host, const frmTBDetail& detail, RunResult& result) {
 RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, const RunTarget& target,
                   const ScriptRunMenu& menu) {
   ScriptRun run{session, host, list, detail, list.LstTable, menu, target};
+  run.encoding = encodingOf(run);
   if (!mayBegin(host, detail, run.result) || !ask(host, menu.question)) return run.result;
   setUnderWay(run, true);
   const int remembered = run.rows.listIndex;
@@ -252,6 +253,7 @@ RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& de
 RunResult runSelection(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, const RunTarget& target,
                        const ScriptRunMenu& menu) {
   ScriptRun run{session, host, list, detail, list.LstTableSel, menu, target};
+  run.encoding = encodingOf(run);
   run.total = std::count(run.rows.selected.begin(), run.rows.selected.end(), true);
   if (run.total == 0) {
     gMsgBox(host, "選択されていないようです.", kOkOnly, "選択してね!");

@@ -17,7 +17,7 @@ namespace quillmarden {
 /// How a run differs from the plain menu: where the script goes, in which encoding.
 struct RunTarget {
   std::optional<std::filesystem::path> file;  ///< instead of the one in the System's folder
-  TextEncoding encoding = TextEncoding::Cp932;
+  std::optional<TextEncoding> encoding;       ///< instead of the one that the script's form has by itself
 };
 
 /// What a run leaves behind.

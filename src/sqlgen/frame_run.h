@@ -29,6 +29,7 @@ struct ScriptRun {
   ListBox& rows;  ///< the list that the run goes through
   const ScriptRunMenu& menu;
   const RunTarget& target;
+  TextEncoding encoding = TextEncoding::Cp932;
   SystemRecord system{};
   CheckListCache checkLists{};
   SqlHistory history{};
@@ -48,6 +49,8 @@ void writeScript(ScriptRun& run, ScriptFile& file, const std::string& table, con
 
 /// Whether the run collects its tables for the runnable form.
 bool isRunnable(const ScriptRun& run);
+/// The encoding that was asked for, or the one of the run's form.
+TextEncoding encodingOf(const ScriptRun& run);
 /// Writes the head that has waited; without a kind when no table has come.
 void putWaitingHead(ScriptRun& run, std::optional<ScriptKind> kind, ScriptFile& file);
 /// Keeps the table on show for the end of the run, with the text that stands in front of it.

@@ -41,8 +41,13 @@ void writePieces(ScriptRun& run, ScriptFile& file, Pieces& pieces) {
 
 bool isRunnable(const ScriptRun& run) { return !run.menu.views && run.list.mnuCreateSQLRunnable.checked; }
 
+TextEncoding encodingOf(const ScriptRun& run) {
+  if (run.target.encoding) return *run.target.encoding;
+  return isRunnable(run) && run.session.settings.createSql2RunnableUtf8 ? TextEncoding::Utf8 : TextEncoding::Cp932;
+}
+
 void putWaitingHead(ScriptRun& run, std::optional<ScriptKind> kind, ScriptFile& file) {
-  if (kind) run.waitingHead.text = toolFileHead(*kind, run.waitingHead.text);
+  if (kind) run.waitingHead.text = toolFileHead(*kind, run.encoding, run.waitingHead.text);
   if (!run.waitingHead.text.empty()) writeScript(run, file, "", run.waitingHead);
   run.waitingHead.text.clear();
 }

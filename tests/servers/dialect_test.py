@@ -29,7 +29,7 @@ Kind = collections.namedtuple("Kind", "database dialect end tool")
 KINDS = [
     Kind("Oracle", "oracle", r"[;/]", r"SET DEFINE (OFF|ON)"),
     Kind("SQL Server", "tsql", r"go", None),
-    Kind("TeraDatabase", "teradata", r";", r"\.SET ERRORLEVEL 3807 SEVERITY [08]"),
+    Kind("TeraDatabase", "teradata", r";", r"\.SET (ERRORLEVEL 3807 SEVERITY [08]|SESSION CHARSET 'UTF8')"),
 ]
 
 # dialect, what the parser lacks, a smallest valid statement, the construct, what stands for it while parsing

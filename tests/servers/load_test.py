@@ -129,8 +129,7 @@ class LoadTest(unittest.TestCase):
 
     def load(self, repository, system, server):
         definitions = Definitions(repository, system)
-        database = system.lower()
-        server.create_database(database)
+        database = server.new_database()
         complaints = {}
         for piece in chunks(self.script(repository, system)):
             created = re.search(r"^CREATE (TABLE|VIEW) (?:public\.)?(\S+)", piece, re.M)

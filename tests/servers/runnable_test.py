@@ -6,6 +6,7 @@ usage: runnable_test.py CLI SAMPLE-MAKER REAL-REPOSITORY
 
 import collections
 import decimal
+import itertools
 import json
 import os
 import re
@@ -23,6 +24,10 @@ from repositories import KEY, RepositoryCase, default, new_repository  # noqa: E
 REAL = sys.argv[3]
 
 CUT = "外部キーを作成できません"
+
+# Of a person's client; those with Japanese only where the machine has them.
+LOCALES = ["C", "C.UTF-8"] + [name for name in ("ja_JP.UTF-8", "ja_JP.SJIS") if subprocess.run(
+    ["locale", "charmap"], env={"LC_ALL": name}, capture_output=True).stderr == b""]
 
 # What a table is, by definition and by catalogue alike. foreign: (frozenset of (own, referred) pairs, referred table).
 Table = collections.namedtuple("Table", "columns comment key indexes foreign partition checked")
@@ -447,13 +452,6 @@ class RunnableTest(RepositoryCase):
         cls.nasty = os.path.join(cls.folder, "nasty.mdb")
         make_nasty(cls.nasty)
 
-    def load(self, server, database, script):
-        """The complaints about a script that runs whole: errors, and warnings, which name what gets lost."""
-        options = ["--force", "--show-warnings"] if server is self.mariadb else []
-        done = subprocess.run(server._command(database) + options, input=script.encode(), capture_output=True)
-        lines = (done.stderr + done.stdout).decode().splitlines()
-        return [line for line in lines if re.search(r"ERROR|FATAL|WARNING|^Warning|truncated", line)]
-
     def server_of(self, definitions):
         return self.postgresql if definitions.kind == "PostgreSQL" else self.mariadb
 
@@ -494,22 +492,22 @@ class RunnableTest(RepositoryCase):
             tables = (PostgreSQLCatalogue if server is self.postgresql else MariaDBCatalogue)(server, database).tables()
             return {name: table for name, table in tables.items() if name not in present}
 
-        def database(name):
-            server.create_database(name)
+        def database():
+            name = server.new_database()
             for table in present:
                 server.query(name, f"create table {table} (SEQ int)")
             return name
 
-        once = database(system.lower())
+        once = database()
         script = self.script(repository, system, "--full")
-        found = self.load(server, once, script)
+        found = server.load(once, script)
         found += self.differences(system, definitions, arrived(once), script)
 
-        again = database(system.lower() + "_again")
+        again = database()
         dropping = self.script(repository, system)
         self.assertIn("DROP TABLE", dropping)
-        found += ["with nothing to drop yet: " + line for line in self.load(server, again, dropping)]
-        found += ["the second load: " + line for line in self.load(server, again, dropping)]
+        found += ["with nothing to drop yet: " + line for line in server.load(again, dropping)]
+        found += ["the second load: " + line for line in server.load(again, dropping)]
         found += self.differences(system + " again", definitions, arrived(again), dropping)
         if found:
             self.fail("\n".join(found))
@@ -525,6 +523,18 @@ class RunnableTest(RepositoryCase):
             with self.subTest(system=system):
                 # MariaDB has this table itself, but under a name of small letters
                 self.check(self.sample, system, *([] if "PostgreSQL" in system else ["SEQ_1_TO_31"]))
+
+    def test_the_file_as_it_is_under_the_defaults_of_a_client(self):
+        """In either encoding the file says itself what it is in, whatever the client's locale has it think."""
+        for system, server in (("販売管理_PostgreSQL", self.postgresql), ("販売管理_MySQL", self.mariadb)):
+            definitions = Definitions(self.sample, system)
+            for encoding, locale in itertools.product((None, "cp932"), LOCALES):
+                with self.subTest(system=system, encoding=encoding, locale=locale):
+                    database = server.new_database()
+                    file = self.script_file(self.sample, system, "--full", *(["--encoding", encoding] if encoding else []))
+                    complaints = server.load(database, file, locale)
+                    self.assertEqual([], [line for line in complaints if "SEQ_1_TO_31" not in line])
+                    self.assertEqual([], self.differences(system, definitions, self.arrived(server, database), file.decode(encoding or "utf-8")))
 
     def test_nasty_definitions(self):
         for kind in ("PostgreSQL", "MySQL"):
@@ -544,7 +554,7 @@ class RunnableTest(RepositoryCase):
         repository.db.commit()
         self.postgresql.create_database("in_schema")
         for _ in range(2):
-            self.assertEqual([], self.load(self.postgresql, "in_schema", self.script(path, "別スキーマ")))
+            self.assertEqual([], self.postgresql.load("in_schema", self.script(path, "別スキーマ")))
         self.assertEqual([["t"]], self.postgresql.query(
             "in_schema", "select table_name from information_schema.tables where table_schema = 'My 倉庫'"))
 
@@ -552,15 +562,14 @@ class RunnableTest(RepositoryCase):
         for kind in ("PostgreSQL", "MySQL"):
             system = "難_" + kind
             server = self.postgresql if kind == "PostgreSQL" else self.mariadb
-            database = "checks_" + kind.lower()
-            server.create_database(database)
-            self.load(server, database, self.script(self.nasty, system, "--full"))
+            database = server.new_database()
+            server.load(database, self.script(self.nasty, system, "--full"))
             quote = '"' if kind == "PostgreSQL" else "`"
             for name, _, _, good, bad in limited(kind):
                 for value, passes in ((good, True), (bad, False)):
                     with self.subTest(kind=kind, column=name, value=value):
                         literal = value.replace("'", "''")
-                        errors = self.load(server, database, f"insert into {quote}check {name}{quote} values ('{literal}');")
+                        errors = server.load(database, f"insert into {quote}check {name}{quote} values ('{literal}');", "C.UTF-8")
                         self.assertEqual(passes, not errors, errors)
                         self.assertFalse([line for line in errors if re.search("does ?n.t exist|does not exist", line)])
 

@@ -4,6 +4,7 @@ import contextlib
 import glob
 import os
 import pwd
+import re
 import shutil
 import socket
 import subprocess
@@ -29,6 +30,7 @@ class _Server:
         self.folder = tempfile.mkdtemp(prefix="qmserver_")
         self.port = _free_port()
         self.process = None
+        self.databases = 0
         if os.getuid() == 0:
             entry = pwd.getpwnam(self.user)
             os.chown(self.folder, entry.pw_uid, entry.pw_gid)
@@ -59,6 +61,21 @@ class _Server:
             self.log.close()
         shutil.rmtree(self.folder, ignore_errors=True)
 
+    def new_database(self):
+        """An empty database; its name is ASCII, for clients that know no more."""
+        self.databases += 1
+        name = f"d{self.databases}"
+        self.create_database(name)
+        return name
+
+    def load(self, database, script, locale="C"):
+        """Runs a script to its end as a person's client with its own defaults does, errors included; gives the complaints:
+        errors, and warnings, which name what gets lost."""
+        done = subprocess.run(self._own_defaults(database), input=script if isinstance(script, bytes) else script.encode(),
+                              env={**os.environ, "LC_ALL": locale}, capture_output=True)
+        lines = (done.stderr + done.stdout).decode(errors="replace").splitlines()
+        return [line for line in lines if re.search(r"ERROR|FATAL|WARNING|^Warning|truncated", line)]
+
     def query(self, database, sql):
         """The rows of a query as lists of texts."""
         done = self._client(database, sql)
@@ -79,6 +96,9 @@ class PostgreSQL(_Server):
         self._start([f"{binaries}/postgres", "-D", data, "-p", str(self.port), "-c", "listen_addresses=127.0.0.1",
                      "-c", f"unix_socket_directories={self.folder}", "-c", "fsync=off"])
 
+    def _own_defaults(self, database):
+        return self._command(database)
+
     def _command(self, database):
         return ["psql", "-X", "-q", "-h", "127.0.0.1", "-p", str(self.port), "-U", "postgres", "-d", database]
 
@@ -90,11 +110,6 @@ class PostgreSQL(_Server):
 
     def create_database(self, name):
         self.query("postgres", f'create database "{name}"')
-
-    def load(self, database, script):
-        """Runs a script to its end as its user would, errors included; gives the server's complaints."""
-        done = subprocess.run(self._command(database), input=script, capture_output=True, text=True)
-        return [line for line in done.stderr.splitlines() if "ERROR:" in line or "FATAL:" in line]
 
     def tables(self, database):
         return [row[0] for row in self.query(
@@ -119,23 +134,21 @@ class MariaDB(_Server):
                      f"--socket={self.folder}/socket", "--innodb-flush-log-at-trx-commit=0",
                      "--character-set-server=utf8mb4"] + self.options)
 
-    def _command(self, database):
-        return ["mariadb", "--no-defaults", "-h", "127.0.0.1", "-P", str(self.port), "-u", "root", "-N", "-B",
-                "--default-character-set=utf8mb4"] + ([database] if database else [])
+    def _command(self):
+        return ["mariadb", "--no-defaults", "-h", "127.0.0.1", "-P", str(self.port), "-u", "root"]
+
+    def _own_defaults(self, database):
+        return self._command() + ["--force", "--show-warnings", database]
 
     def _client(self, database, sql):
-        return subprocess.run(self._command(database) + ["-e", sql], capture_output=True, text=True)
+        return subprocess.run(self._command() + ["-N", "-B", "--default-character-set=utf8mb4", "-e", sql]
+                              + ([database] if database else []), capture_output=True, text=True)
 
     def _answers(self):
         return self._client("", "select 1").returncode == 0
 
     def create_database(self, name):
         self.query("", f"create database `{name}`")
-
-    def load(self, database, script):
-        """Runs a script to its end as its user would, errors included; gives the server's complaints."""
-        done = subprocess.run(self._command(database) + ["--force"], input=script, capture_output=True, text=True)
-        return [line for line in done.stderr.splitlines() if line.startswith("ERROR")]
 
     def tables(self, database):
         return [row[0] for row in self.query(

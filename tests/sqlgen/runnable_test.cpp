@@ -40,12 +40,12 @@ class RunnableTest : public testing::TestWithParam<std::string> {
   std::string script(SqlRows rows, SqlClauses clauses = SqlClauses::AsOptions, int row = 0) {
     list.LstTable.listIndex = row;
     const auto file = host.folder.path() / "out.sql";
-    const RunResult result =
-        mnuCreateSql_Click(session, host.host, list, detail, rows, clauses, {file, TextEncoding::Utf8});
+    const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, rows, clauses, {file, encoding});
     EXPECT_FALSE(result.failed);
     return gReplaceAll(readFile(file), "\r\n", "\n");
   }
 
+  std::optional<TextEncoding> encoding;
   ScriptedHost host;
   Session session;
   frmTBList list;
@@ -54,6 +54,26 @@ class RunnableTest : public testing::TestWithParam<std::string> {
 
 TEST_P(RunnableTest, WritesTheExpectedScript) {
   EXPECT_EQ(script(SqlRows::All), readFile(kData / GetParam() / "expected.sql"));
+}
+
+/// Up to the comment that every file begins with.
+std::string firstLinesOf(const std::string& text) { return text.substr(0, text.find("-- ****")); }
+
+TEST_P(RunnableTest, TheFileSaysWhatItIsWrittenIn) {
+  const auto alone = [&] { return script(SqlRows::Current, SqlClauses::All); };
+  const std::string utf8 = alone();
+  EXPECT_NE(utf8.find("状態"), std::string::npos);
+  encoding = TextEncoding::Cp932;
+  const std::string cp932 = alone();
+  EXPECT_NE(fromCp932(cp932).find("状態"), std::string::npos);
+  EXPECT_NE(firstLinesOf(cp932), firstLinesOf(utf8));
+  // The person's choice, where none is made for the run.
+  encoding.reset();
+  session.settings.createSql2RunnableUtf8 = false;
+  EXPECT_EQ(firstLinesOf(alone()), firstLinesOf(cp932));
+  list.mnuCreateSQLRunnable.checked = false;
+  session.settings.createSql2RunnableUtf8 = true;
+  EXPECT_NE(fromCp932(alone()).find("受注"), std::string::npos);
 }
 
 TEST_P(RunnableTest, ATableAloneKeepsItsKeysAndStamp) {

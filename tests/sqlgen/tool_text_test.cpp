@@ -71,7 +71,6 @@ TEST(ToolTextTest, TextsHoldNoVariableOfATool) {
   NameScope names(sqlServerDialect());
   EXPECT_EQ(names.use("1", "a$(x)"), "a_x)");
   EXPECT_EQ(names.use("2", "a_x)"), "a_x)_2");
-  EXPECT_EQ(toolFileHead(ScriptKind::Oracle, "-- R&D\r\n"), "SET DEFINE OFF\r\n-- R&D\r\n");
 }
 
 // MySQL keeps a table in a file of its name; 255 bytes with the ending, five for what is no letter or digit.

@@ -27,13 +27,17 @@ class RepositoryCase(unittest.TestCase):
         return subprocess.run([CLI, name, "--repository", repository, "--data-folder", self.folder, "--temp-folder", self.folder,
                                *options], stdin=subprocess.DEVNULL, capture_output=True)
 
-    def script(self, repository, system, *options):
-        """The runnable script of a System, its line ends as they are."""
+    def script_file(self, repository, system, *options):
+        """The bytes of the runnable script of a System."""
         target = os.path.join(self.folder, "script.sql")
-        done = self.run_command("sql", repository, "--runnable", "--system", system, "--encoding", "utf-8", "--output", target, *options)
+        done = self.run_command("sql", repository, "--runnable", "--system", system, "--output", target, *options)
         self.assertEqual(done.returncode, 0, done.stderr.decode())
-        with open(target, newline="", encoding="utf-8") as file:
+        with open(target, "rb") as file:
             return file.read()
+
+    def script(self, repository, system, *options):
+        """The same as a text, its line ends as they are."""
+        return self.script_file(repository, system, *options).decode("utf-8-sig")
 
 
 def new_repository(path):

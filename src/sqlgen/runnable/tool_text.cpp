@@ -98,6 +98,33 @@ std::string inShortLines(const std::string& text) {
   return broken;
 }
 
+/// What a script begins with. All of it is ASCII where a server reads it, since what is not could only be read behind.
+std::string_view firstLines(ScriptKind kind, bool utf8) {
+  switch (kind) {
+    case ScriptKind::Oracle:
+      // Its tool takes the encoding from the environment alone. It asks for a value where it meets "&", in comments and
+      // literals too.
+      return utf8 ? "SET DEFINE OFF\r\n-- 文字コード : \tUTF-8 (NLS_LANG=.AL32UTF8)\r\n"
+                  : "SET DEFINE OFF\r\n-- 文字コード : \tCP932 (NLS_LANG=.JA16SJISTILDE)\r\n";
+    case ScriptKind::SqlServer:
+      // Its tools know UTF-8 by a byte order mark, and take the machine's code page without one.
+      return utf8 ? "\xEF\xBB\xBF-- 文字コード : \tUTF-8 (sqlcmd -f 65001)\r\n"
+                  : "-- 文字コード : \tCP932 (sqlcmd -f 932)\r\n";
+    case ScriptKind::Teradata:
+      return utf8 ? ".SET SESSION CHARSET 'UTF8'\r\n" : ".SET SESSION CHARSET 'KANJISJIS_0S'\r\n";
+    case ScriptKind::MySql:
+      // In CP932 the second byte of a character can be a backslash or a quote: the client has to know by its own
+      // command, since it looks for the ends of statements itself. The mode is one in which a backslash escapes and a
+      // date of zeros is one.
+      return utf8 ? "SET NAMES utf8mb4\r\n;\r\nSET SESSION sql_mode = 'STRICT_ALL_TABLES'\r\n;\r\n"
+                  : "\\C cp932\r\nSET NAMES cp932\r\n;\r\nSET SESSION sql_mode = 'STRICT_ALL_TABLES'\r\n;\r\n";
+    case ScriptKind::PostgreSql:
+      break;
+  }
+  return utf8 ? "SET client_encoding = 'UTF8'\r\n;\r\nSET standard_conforming_strings = on\r\n;\r\n"
+              : "SET client_encoding = 'SJIS'\r\n;\r\nSET standard_conforming_strings = on\r\n;\r\n";
+}
+
 /// Whether any line is too long.
 bool hasLongLine(std::string_view text) {
   while (text.size() > kLongestOracleLine) {
@@ -117,10 +144,8 @@ std::string toolText(ScriptKind kind, std::string text) {
   return text;
 }
 
-std::string toolFileHead(ScriptKind kind, const std::string& head) {
-  // The tool of Oracle asks for a value where it meets "&", in comments and literals too.
-  const std::string_view first = kind == ScriptKind::Oracle ? "SET DEFINE OFF\r\n" : "";
-  return toolText(kind, std::string(first).append(head));
+std::string toolFileHead(ScriptKind kind, TextEncoding encoding, const std::string& head) {
+  return toolText(kind, std::string(firstLines(kind, encoding == TextEncoding::Utf8)).append(head));
 }
 
 }  // namespace quillmarden

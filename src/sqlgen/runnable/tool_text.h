@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 
+#include "common/script_file.h"
 #include "sqlgen/runnable/dialect.h"
 
 namespace quillmarden {
@@ -14,7 +15,8 @@ constexpr std::size_t kLongestOracleLine = 2499;
 /// of a length that it takes. The text holds whole lines.
 std::string toolText(ScriptKind kind, std::string text);
 
-/// The same for the head of a script's file, with what has to come before any text of the definitions.
-std::string toolFileHead(ScriptKind kind, const std::string& head);
+/// The same for the head of a script's file, with what has to come before any text of the definitions: the file's
+/// encoding, and how the server is to read literals.
+std::string toolFileHead(ScriptKind kind, TextEncoding encoding, const std::string& head);
 
 }  // namespace quillmarden

@@ -1,3 +1,7 @@
+SET NAMES utf8mb4
+;
+SET SESSION sql_mode = 'STRICT_ALL_TABLES'
+;
 -- *********************************** --
 -- システム名 : 	販売
 -- 概 要      : 	見本

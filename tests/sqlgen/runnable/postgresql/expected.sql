@@ -1,3 +1,7 @@
+SET client_encoding = 'UTF8'
+;
+SET standard_conforming_strings = on
+;
 -- *********************************** --
 -- システム名 : 	販売
 -- 概 要      : 	見本
