@@ -125,10 +125,11 @@ TEST_F(CapacityTest, InitialExtentHasAFloorAndACeiling) {
   EXPECT_EQ(initial(huge), "2147483647");
 }
 
-TEST_F(CapacityTest, AQuoteInTheSystemNameIsTold) {
+TEST_F(CapacityTest, ARunThatTheRepositoryRefusesIsTold) {
+  database().execute("DROP TABLE MAS_TABLEDETAILES");
   scripted.answerAll(kOk);
-  EXPECT_TRUE(gSetFieldLength(session, scripted.host, "o'clock"));
-  EXPECT_TRUE(gCalcOracleInitial(session, scripted.host, "o'clock"));
+  EXPECT_TRUE(gSetFieldLength(session, scripted.host, "販売"));
+  EXPECT_TRUE(gCalcOracleInitial(session, scripted.host, "販売"));
   ASSERT_EQ(scripted.messages.size(), 2U);
   EXPECT_TRUE(scripted.messages[0].starts_with("確認|レコード長の計算に失敗しました.\n"));
   EXPECT_TRUE(scripted.messages[1].starts_with("確認|更新に失敗しました.\n"));

@@ -207,7 +207,8 @@ TEST_F(FrameTest, ViewRunsTakeEveryKindAndStampNothing) {
 }
 
 TEST_F(FrameTest, ARefusedQuestionEndsTheRunWithTheTablesBeforeIt) {
-  run("UPDATE MAS_TABLEDETAILES SET 項目参照先 = \"it's\" WHERE ID = 2");
+  run("UPDATE MAS_TABLEDETAILES SET 項目参照先 = \"区分\" WHERE ID = 2");
+  run("DROP TABLE MAS_DIVISIONDETAILES");
   host.expect("確認", "Sql文を作成します.", kYes);
   bool told = false;
   const auto scripted = host.host.dialogs.message;
