@@ -8,8 +8,8 @@ int gMsgBox(Host& host, std::string_view text, int style, std::string_view title
 
 bool gAskKeepEditing(Host& host, std::string_view name) {
   const std::string line = "    " + std::string(name);
-  return gMsgBox(host, joinLines({"内容が変更されています.", line, "の編集を続けますか?"}), kYesNo | kQuestionIcon,
-                 "確認") == kYes;
+  return gMsgBox(host, joinLines({"内容が変更されています.", line, "の編集を続けますか?"}),
+                 kYesNo | kQuestionIcon | kKeepsOnYes, "確認") == kYes;
 }
 
 std::string joinLines(std::initializer_list<std::string_view> lines) {

@@ -34,11 +34,12 @@ void fillCells(View& view, frmTBDetail& record, int col, int row, const TextRows
 /// The grid's menus of the menu map, one behind the other.
 QMenu* makePopUp(View& view) {
   auto* popUp = new QMenu(&view);
-  popUp->setAttribute(Qt::WA_DeleteOnClose);
   for (const Menu& menu : menuMap()) {
     if (menu.screen != "frmTBDetail" || menu.popupOf != "Spread") continue;
     if (!popUp->isEmpty()) popUp->addSeparator();
-    popUp->addActions(makeMenu(view, menu)->actions());
+    QMenu* part = makeMenu(view, menu);
+    part->setParent(popUp, part->windowFlags());  // its entries are shown here and go with it
+    popUp->addActions(part->actions());
   }
   return popUp;
 }
@@ -117,7 +118,7 @@ void DetailGrid::keyPressEvent(QKeyEvent* event) {
   if (control && (event->key() == Qt::Key_Plus || event->key() == Qt::Key_Semicolon)) return setPoints(points_ + 1);
   if (control && event->key() == Qt::Key_Minus) return setPoints(points_ - 1);
   if (control && event->key() == Qt::Key_Return && isFileLinkCell(record_, currentCol(), currentRow()))
-    return openLink();
+    return view_.later([this] { openLink(); });
   SpreadView::keyPressEvent(event);
 }
 
@@ -138,15 +139,19 @@ void DetailGrid::contextMenuEvent(QContextMenuEvent* event) {
   QMenu* menu = makePopUp(view_);
   if (isFileLinkCell(record_, currentCol(), currentRow())) {
     menu->addSeparator();
-    menu->addAction(QStringLiteral("ファイルを開く\tCtrl+Enter"), this, [this] { openLink(); });
-    if (!record_.readOnly) menu->addAction(QStringLiteral("ファイルの選択"), this, [this] { chooseLink(); });
+    const auto add = [&](const char* caption, void (DetailGrid::*press)()) {
+      connect(menu->addAction(QString::fromUtf8(caption)), &QAction::triggered, this,
+              [this, press] { view_.later([this, press] { (this->*press)(); }); });
+    };
+    add("ファイルを開く\tCtrl+Enter", &DetailGrid::openLink);
+    if (!record_.readOnly) add("ファイルの選択", &DetailGrid::chooseLink);
   }
-  menu->popup(place);
+  popUpOnce(menu, place);
 }
 
 void DetailGrid::openLink() {
   Application& app = view_.app();
-  view_.front().turn().run([&] { openFileLink(app.session, app.host, record_, currentCol(), currentRow()); });
+  openFileLink(app.session, app.host, record_, currentCol(), currentRow());
 }
 
 void DetailGrid::chooseLink() {
@@ -156,7 +161,7 @@ void DetailGrid::chooseLink() {
 
 void DetailGrid::linkTo(int col, int row, const QString& file) {
   Application& app = view_.app();
-  view_.front().turn().run([&] { linkFile(app.session, app.host, record_, col, row, fromQt(file)); });
+  linkFile(app.session, app.host, record_, col, row, fromQt(file));
 }
 
 void DetailGrid::dragEnterEvent(QDragEnterEvent* event) {
@@ -176,7 +181,9 @@ void DetailGrid::dropEvent(QDropEvent* event) {
   const QList<QUrl> files = event->mimeData()->urls();
   if (!cell.isValid() || files.size() != 1 || !files.front().isLocalFile()) return event->ignore();
   event->acceptProposedAction();
-  linkTo(cell.column() + 1, cell.row() + 1, files.front().toLocalFile());
+  view_.later([this, col = cell.column() + 1, row = cell.row() + 1, file = files.front().toLocalFile()] {
+    linkTo(col, row, file);
+  });
 }
 
 }  // namespace quillmarden

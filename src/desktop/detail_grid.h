@@ -28,6 +28,7 @@ class DetailGrid : public SpreadView {
  private:
   void noteSelection();
   void setPoints(double points);
+  // Handlers, to be run in their turn.
   void openLink();
   void chooseLink();
   void linkTo(int col, int row, const QString& file);

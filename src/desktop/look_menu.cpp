@@ -33,10 +33,12 @@ QMenu* makeLookMenu(View& view) {
     action->setCheckable(true);
     action->setChecked(keptLook(app) == look);
     group->addAction(action);
-    QObject::connect(action, &QAction::triggered, &view, view.binder().act([&app, look = look] {
-      if (app.session.ini) putAppSetting(*app.session.ini, kKey, lookText(look));
-      applyTheme(*qApp, look);
-    }));
+    QObject::connect(action, &QAction::triggered, &view, [&view, look = look] {
+      view.later([&app = view.app(), look] {
+        if (app.session.ini) putAppSetting(*app.session.ini, kKey, lookText(look));
+        applyTheme(*qApp, look);
+      });
+    });
   }
   return menu;
 }

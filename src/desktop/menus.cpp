@@ -21,8 +21,10 @@ std::string screenOf(const View& view, const Menu& menu) {
   return view.screen().substr(0, view.screen().find(':')) == menu.screen ? view.screen() : menu.screen;
 }
 
+/// The press runs when the menu has let go of it: handlers open messages and yield, and a menu that waits for them in the
+/// middle of its own event does not live through that.
 void press(View& view, const std::string& screen, const MenuEntry& entry) {
-  view.binder().act([&app = view.app(), screen, &entry] { pressMenu(app, screen, entry.name, entry.index); })();
+  view.later([&app = view.app(), screen, &entry] { pressMenu(app, screen, entry.name, entry.index); });
 }
 
 using Actions = std::vector<std::pair<QAction*, const MenuEntry*>>;
@@ -104,12 +106,14 @@ QMenuBar* makeMenuBar(View& view) {
   return bar;
 }
 
+void popUpOnce(QMenu* menu, const QPoint& place) {
+  // Not while the menu is still about its own hiding; nothing else runs in between, for presses wait, too.
+  QObject::connect(menu, &QMenu::aboutToHide, menu, &QObject::deleteLater, Qt::QueuedConnection);
+  menu->popup(place);
+}
+
 void popUpMenu(View& view, std::string_view menu, const QPoint& place) {
-  const Menu* found = findMenu(view.screen(), menu);
-  if (!found) return;
-  QMenu* made = makeMenu(view, *found);
-  made->setAttribute(Qt::WA_DeleteOnClose);
-  made->popup(place);
+  if (const Menu* found = findMenu(view.screen(), menu)) popUpOnce(makeMenu(view, *found), place);
 }
 
 void addMenuKeys(View& view, QWidget* widget, std::string_view menu) {

@@ -81,13 +81,13 @@ int showMessage(std::string_view text, int style, std::string_view title) {
   QPushButton* second = nullptr;
   if (kind != kOkOnly)
     second = box.addButton(asks ? QStringLiteral("いいえ(&N)") : QStringLiteral("キャンセル"), QMessageBox::RejectRole);
-  box.setDefaultButton(second && (style & kDefaultSecond) ? second : first);
-  box.setEscapeButton(second ? second : first);
+  const int accept = asks ? kYes : kOk;
+  box.setDefaultButton(presetAnswer(style) == accept ? first : second);
+  box.setEscapeButton(closingAnswer(style) == accept ? first : second);
   box.layout()->setContentsMargins(20, 18, 20, 16);
   box.exec();
-  const bool accepted = box.clickedButton() == first;
-  if (asks) return accepted ? kYes : kNo;
-  return accepted ? kOk : kCancel;
+  if (box.clickedButton() == first) return accept;
+  return asks ? kNo : kCancel;
 }
 
 QtHost::QtHost(Turn& turn, const Places& places) : wait(turn) {

@@ -28,7 +28,7 @@ class QtHost {
 };
 
 /// A message with its Japanese buttons over the window in front; the code of the pressed button. Closing it by [Esc] or
-/// the window's button answers as Cancel or No.
+/// the window's button answers as closingAnswer says.
 int showMessage(std::string_view text, int style, std::string_view title);
 
 }  // namespace quillmarden

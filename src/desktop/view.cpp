@@ -33,6 +33,10 @@ void View::release() {
   binder_.reset();
 }
 
+void View::later(Handler handler) {
+  if (binder_) binder_->later(std::move(handler));
+}
+
 QPoint View::popUpPlace() const { return popUpPlace_.isNull() ? QCursor::pos() : popUpPlace_; }
 
 void View::wishToClose() { closeScreen(app(), screen_); }

@@ -25,6 +25,9 @@ class View : public QWidget {
   const Binder& binder() const { return *binder_; }
   Application& app() { return front_.app(); }
 
+  /// Runs a handler in its turn when the event loop comes round again, unless the screen is closed by then. For what
+  /// lies in the middle of a widget's own event: menus, item views.
+  void later(Handler handler);
   /// Called before the window is shown or raised.
   virtual void aboutToShow() {}
   /// Where the next menu opens, in global coordinates. A null point stands for the pointer.

@@ -174,7 +174,7 @@ bool cmdOK_Click(Session& session, Host& host, frmDiviInfo& screen) {
 
 bool cmdCancel_Click(Host& host, frmDiviInfo& screen) {
   if (divisionRecord(screen) != screen.loaded &&
-      gMsgBox(host, "データが修正されていますが閉じますか?", kYesNo | kQuestionIcon) != kYes)
+      gMsgBox(host, "データが修正されていますが閉じますか?", kYesNo | kQuestionIcon | kDefaultSecond) != kYes)
     return true;
   screen.unloaded = true;
   return false;

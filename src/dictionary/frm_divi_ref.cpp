@@ -50,7 +50,7 @@ void CmdMake_Click(Windows& windows) {
 
 bool cmdOK_Click(Host& host, frmDiviRef& screen) {
   if (screen.lstDivName.text().empty() && gMsgBox(host, joinLines({"内容が選択されていません.", "再度選択しますか?"}),
-                                                  kYesNo | kQuestionIcon, "確認?") == kYes)
+                                                  kYesNo | kQuestionIcon | kKeepsOnYes, "確認?") == kYes)
     return true;
   screen.chosen = screen.lstDivName.text();
   screen.unloaded = true;

@@ -90,7 +90,7 @@ void Spread_Change(frmDivision& screen, int column, int row) {
 
 void mnuSpreadClear_Click(Host& host, frmDivision& screen) {
   if (refusesYesNo(host, screen, "Yes/No型では、初期化できません.")) return;
-  if (gMsgBox(host, "選択された範囲をクリアします.", kYesNo | kQuestionIcon) != kYes) return;
+  if (gMsgBox(host, "選択された範囲をクリアします.", kYesNo | kQuestionIcon | kDefaultSecond) != kYes) return;
   const int lastCol = std::min(screen.block.lastCol, col::kOutline);
   const int lastRow = std::min(screen.block.lastRow, screen.Spread.maxRows());
   for (int row = screen.block.firstRow; row <= lastRow; ++row) {
@@ -108,7 +108,7 @@ void mnuSpreadAdd_Click(Host& host, frmDivision& screen) {
 
 void mnuSpreadDel_Click(Host& host, frmDivision& screen) {
   if (refusesYesNo(host, screen, "Yes/No型では、削除できません.")) return;
-  if (gMsgBox(host, "行を削除しますか?", kYesNo | kQuestionIcon, "削除確認") != kYes) return;
+  if (gMsgBox(host, "行を削除しますか?", kYesNo | kQuestionIcon | kDefaultSecond, "削除確認") != kYes) return;
   for (int row = std::min(screen.block.lastRow, screen.Spread.maxRows()); row >= screen.block.firstRow; --row) {
     screen.Spread.deleteRow(row);
     screen.changed = screen.picRen.visible = true;
@@ -141,7 +141,7 @@ bool CmdUpDate_Click(Session& session, Host& host, frmDivision& screen) {
 }
 
 bool CmdClose_Click(Host& host, frmDivision& screen) {
-  if (screen.changed && gMsgBox(host, "データが修正されていますが閉じますか?", kYesNo | kQuestionIcon) != kYes)
+  if (screen.changed && gMsgBox(host, "データが修正されていますが閉じますか?", kYesNo | kQuestionIcon | kDefaultSecond) != kYes)
     return true;
   screen.unloaded = true;
   return false;

@@ -46,7 +46,7 @@ bool mnuPartition_Click(Session& session, Host& host, frmTBDetail& screen, const
   if (!former.empty()) {
     const std::string text =
         joinLines({"既にPartitionの設定がされています.", " " + former, "   ↓", " " + list, "変更しますか?"});
-    if (gMsgBox(host, text, kYesNo | kQuestionIcon, "確認") != kYes) return true;
+    if (gMsgBox(host, text, kYesNo | kQuestionIcon | kDefaultSecond, "確認") != kYes) return true;
   }
   if (putPartition(session, host, screen, list)) return true;
   gMsgBox(host, joinLines({"Partitionを設定しました.", " " + list, "再読み込みすることで、背景色を設定します."}));
@@ -56,7 +56,7 @@ bool mnuPartition_Click(Session& session, Host& host, frmTBDetail& screen, const
 bool cmdPartition_Click(Session& session, Host& host, frmTBDetail& screen) {
   if (!editable(screen) || !screen.cmdPartition.enabled) return true;
   const std::string text = joinLines({"Partitionの設定を解除します.", " " + screen.txtPartitionRead.text});
-  if (gMsgBox(host, text, kYesNo | kQuestionIcon, "確認") != kYes) return true;
+  if (gMsgBox(host, text, kYesNo | kQuestionIcon | kDefaultSecond, "確認") != kYes) return true;
   return putPartition(session, host, screen, "");
 }
 

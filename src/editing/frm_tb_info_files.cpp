@@ -55,7 +55,7 @@ std::string copyRefFile(const Session& session, Host& host, const fs::path& file
   std::error_code ignored;
   if (fs::exists(target, ignored) && !fs::equivalent(file, target, ignored))
     overwrite = gMsgBox(host, "複写先に同じファイルが存在します. 上書きしますか?\n " + target.filename().string(),
-                        kYesNo | kQuestionIcon, "確認") == kYes;
+                        kYesNo | kQuestionIcon | kDefaultSecond, "確認") == kYes;
   // The very file in the folder was dropped: it is there.
   if (fs::equivalent(file, target, ignored)) return "";
   std::string reason;

@@ -67,7 +67,7 @@ void mnuDelete_Click(Session& session, Host& host, frmTBList& screen) {
   std::string question = "選択された";
   for (const ChosenRow& row : rows) question.append("\n  [").append(row.name).append("]");
   question += "\nを削除します.";
-  if (gMsgBox(host, question, kYesNo | kQuestionIcon, "削除確認") != kYes) return;
+  if (gMsgBox(host, question, kYesNo | kQuestionIcon | kDefaultSecond, "削除確認") != kYes) return;
   const std::string fault = updateRows(session, host, rows, "削除フラグ = 1");
   if (!fault.empty()) {
     gMsgBox(host, joinLines({"削除エラーが発生しました.", fault, "のエラーが発生しました."}), kOkOnly | kStopIcon,

@@ -27,13 +27,14 @@ int lastLoadedRow(const Spread& grid) {
 /// whose Yes makes the plain one needless.
 bool confirmed(Host& host, const frmTBDetail& screen, int row, std::string_view work, std::string_view title) {
   const std::string verb(work);
+  const int style = kYesNo | kQuestionIcon | (work == "削除" ? kDefaultSecond : 0);
   if (gStr2Double(screen.lblNumSQL.caption) != 0 && row <= lastLoadedRow(screen.Spread)) {
     const std::string text =
         joinLines({"データベースにテーブル定義済の場合", "行" + verb + "するとデータベース上の構造と",
                    "Quillmardenの構造に差がでます.", "行" + verb + "しますか?"});
-    return gMsgBox(host, text, kYesNo | kQuestionIcon, "確認") == kYes;
+    return gMsgBox(host, text, style, "確認") == kYes;
   }
-  return gMsgBox(host, "行を" + verb + "しますか?", kYesNo | kQuestionIcon, title) == kYes;
+  return gMsgBox(host, "行を" + verb + "しますか?", style, title) == kYes;
 }
 
 /// The lowest grid row whose field belongs to an index; 0 when none does.
@@ -193,7 +194,7 @@ void mnuDuplicate_Click(Session& session, Host& host, frmTBDetail& screen, const
 
 void mnuClear_Click(Session& session, Host& host, frmTBDetail& screen, const GridSelection& selection) {
   if (!editable(screen)) return;
-  if (gMsgBox(host, "選択された範囲をクリアします.", kYesNo | kQuestionIcon, "確認") != kYes) return;
+  if (gMsgBox(host, "選択された範囲をクリアします.", kYesNo | kQuestionIcon | kDefaultSecond, "確認") != kYes) return;
   clearCells(session, host, screen, selection);
 }
 

@@ -113,7 +113,7 @@ bool gGetMasTableMemo(Session& session, Host& host, frmMemo& screen, std::string
 void Spread_Change(frmMemo& screen, int, int) { setChanged(screen, true); }
 
 void mnuClear_Click(Host& host, frmMemo& screen) {
-  if (!screen.mnuClear.enabled || gMsgBox(host, "選択された範囲をクリアします.", kYesNo | kQuestionIcon) != kYes)
+  if (!screen.mnuClear.enabled || gMsgBox(host, "選択された範囲をクリアします.", kYesNo | kQuestionIcon | kDefaultSecond) != kYes)
     return;
   const int lastRow = std::min(screen.block.lastRow, screen.Spread.maxRows());
   for (int row = screen.block.firstRow; row <= lastRow; ++row)
@@ -139,7 +139,7 @@ bool CmdUpDate_Click(Session& session, Host& host, frmMemo& screen) {
 }
 
 bool CmdClose_Click(Host& host, frmMemo& screen) {
-  if (screen.changed && gMsgBox(host, "画面を閉じます.", kYesNo | kQuestionIcon) != kYes) return true;
+  if (screen.changed && gMsgBox(host, "画面を閉じます.", kYesNo | kQuestionIcon | kDefaultSecond) != kYes) return true;
   screen.unloaded = true;
   return false;
 }

@@ -92,7 +92,7 @@ std::string writeDefinition(Session& session, Host& host, const KenSuRecord& rec
 
 void startNew(Session& session, Host& host, frmKENSU& screen) {
   if (isChanged(screen) && gMsgBox(host, joinLines({"内容が変更されています.", "変更内容を取り消し新規作成します."}),
-                                   kYesNo | kQuestionIcon) != kYes)
+                                   kYesNo | kQuestionIcon | kDefaultSecond) != kYes)
     return;
   clearFields(session, screen);
 }
@@ -236,7 +236,7 @@ void CmdAddNew_Click(Session& session, Host& host, frmKENSU& screen) { startNew(
 void CmdClear_Click(Session& session, Host& host, frmKENSU& screen) { startNew(session, host, screen); }
 
 bool CmdClose_Click(Host& host, frmKENSU& screen) {
-  if (isChanged(screen) && gMsgBox(host, "画面を閉じます.", kYesNo | kQuestionIcon) != kYes) return true;
+  if (isChanged(screen) && gMsgBox(host, "画面を閉じます.", kYesNo | kQuestionIcon | kDefaultSecond) != kYes) return true;
   screen.unloaded = true;
   return false;
 }

@@ -185,7 +185,7 @@ void LstFolder_Drop(Session& session, Host& host, frmLogInNew& screen, const std
 void objMenuDel1_Click(Session& session, Host& host, frmLogInNew& screen) {
   ListBox& folders = screen.LstFolder;
   if (folders.listIndex < 0 || folders.listIndex >= folders.count()) return;
-  if (gMsgBox(host, "選択フォルダを削除します.", kYesNo | kQuestionIcon) != kYes) return;
+  if (gMsgBox(host, "選択フォルダを削除します.", kYesNo | kQuestionIcon | kDefaultSecond) != kYes) return;
   std::vector<std::string> rows = folders.rows;
   rows.erase(rows.begin() + folders.listIndex);
   folders.clear();

@@ -6,10 +6,11 @@
 namespace quillmarden {
 namespace {
 
-/// Asks, runs the work in one transaction, and tells how many rows it changed.
+/// Asks, runs the work in one transaction, and tells how many rows it changed. What such a run writes over in all tables
+/// nobody can bring back, so that [Enter] alone begins none.
 template <typename Work>
 void runTool(Session& session, Host& host, const Button& button, std::string_view question, Work&& work) {
-  if (!button.enabled || gMsgBox(host, question, kYesNo | kQuestionIcon) != kYes) return;
+  if (!button.enabled || gMsgBox(host, question, kYesNo | kQuestionIcon | kDefaultSecond) != kYes) return;
   int changed = 0;
   try {
     inTransaction(*session.gDB, [&] { changed = work(*session.gDB); });

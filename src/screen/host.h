@@ -19,10 +19,26 @@ enum MessageStyle : int {
   kWarningIcon = 48,
   kInformationIcon = 64,
   kDefaultSecond = 256,  ///< the second button is the preset one
+  kKeepsOnYes = 512,     ///< it is the first button that loses nothing, as "go on editing?" has it
 };
 
 /// Answers of a message.
 enum MessageAnswer : int { kOk = 1, kCancel = 2, kYes = 6, kNo = 7 };
+
+/// What a message hears when it is closed without a button, by [Esc] or the window's own ×: the answer that loses
+/// nothing.
+constexpr int closingAnswer(int style) {
+  if ((style & 7) == kOkOnly) return kOk;
+  const bool first = style & kKeepsOnYes;
+  if ((style & 7) == kYesNo) return first ? kYes : kNo;
+  return first ? kOk : kCancel;
+}
+/// What it hears from [Enter]. A question whose first button loses work presets the second.
+constexpr int presetAnswer(int style) {
+  const bool second = (style & kDefaultSecond) && (style & 7) != kOkOnly;
+  if ((style & 7) == kYesNo) return second ? kNo : kYes;
+  return second ? kCancel : kOk;
+}
 
 /// What the program says to a person and hears back.
 struct Dialogs {

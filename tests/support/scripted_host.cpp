@@ -30,9 +30,12 @@ ScriptedHost::ScriptedHost() {
   host.dialogs.progress = [](long, long) {};
   host.dialogs.stopRequested = [] { return false; };
   host.dialogs.yield = [] {};
-  host.dialogs.message = [this](std::string_view text, int, std::string_view title) {
+  host.dialogs.message = [this](std::string_view text, int style, std::string_view title) {
+    const auto heard = [style](int answer) {
+      return answer == kByClosing ? closingAnswer(style) : answer == kByEnter ? presetAnswer(style) : answer;
+    };
     messages.push_back(std::string(title) + "|" + std::string(text));
-    if (answerAll_ != 0) return answerAll_;
+    if (answerAll_ != 0) return heard(answerAll_);
     if (script_.empty()) {
       ADD_FAILURE() << "unexpected message [" << title << "]\n" << text;
       return static_cast<int>(kNo);
@@ -41,7 +44,7 @@ ScriptedHost::ScriptedHost() {
     script_.pop_front();
     EXPECT_EQ(expected.title, title);
     EXPECT_EQ(expected.text, text);
-    return expected.answer;
+    return heard(expected.answer);
   };
   auto open = [this](const std::filesystem::path& what) {
     opened.push_back(what.string());

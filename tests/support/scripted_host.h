@@ -23,6 +23,9 @@ class TempFolder {
   std::filesystem::path path_;
 };
 
+/// Answers without a word: what a message hears from [Esc] or its ×, and from [Enter].
+enum : int { kByClosing = -1, kByEnter = -2 };
+
 /// A host that follows a script: the messages must come in this order with this title and text, and each gets its
 /// answer. An unexpected message and, at the end, a left-over one fail the test. Its folders lie in a TempFolder,
 /// its clock stands still until the test moves it.
