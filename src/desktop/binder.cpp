@@ -74,6 +74,20 @@ std::vector<bool> selectedRows(const QItemSelectionModel& selection, int count) 
   return rows;
 }
 
+/// Whether the present press on a list has been told of. One that changes nothing of the selection counts as well: a
+/// click on the chosen row opens what that row stands for. A double click is a click and its repetition.
+class PressWatch : public QObject {
+ public:
+  explicit PressWatch(QAbstractItemView* view) : QObject(view) { view->viewport()->installEventFilter(this); }
+  bool told = false;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::MouseButtonPress) told = false;
+    return false;
+  }
+};
+
 QItemSelection selectionOf(const std::vector<bool>& rows, const QAbstractItemModel& model) {
   QItemSelection selection;
   const int count = std::min(static_cast<int>(rows.size()), model.rowCount());
@@ -273,8 +287,10 @@ void Binder::attach(QAbstractItemView* widget, ListBox& control, Handler handler
   }
   // One press changes the selection and the current row; the handler is told of both together.
   const auto pending = std::make_shared<bool>(false);
-  const auto changed = [this, widget, &control, handler, pending] {
+  auto* press = new PressWatch(widget);
+  const auto changed = [this, widget, &control, handler, pending, press] {
     if (refreshing_) return;
+    press->told = true;
     noteSelection(widget, control);
     if (!handler || std::exchange(*pending, true)) return;
     QMetaObject::invokeMethod(
@@ -285,6 +301,9 @@ void Binder::attach(QAbstractItemView* widget, ListBox& control, Handler handler
         },
         Qt::QueuedConnection);
   };
+  QObject::connect(widget, &QAbstractItemView::clicked, &context_, [changed, press] {
+    if (!press->told) changed();
+  });
   QObject::connect(widget->selectionModel(), &QItemSelectionModel::selectionChanged, &context_, changed);
   QObject::connect(widget->selectionModel(), &QItemSelectionModel::currentRowChanged, &context_, changed);
   show([widget, model, &control] {

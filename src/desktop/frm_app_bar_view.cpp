@@ -10,12 +10,19 @@
 #include <QToolButton>
 #include <utility>
 
+#include "desktop/elided_label.h"
 #include "desktop/look_menu.h"
 #include "desktop/menus.h"
+#include "desktop/window_place.h"
 #include "shell/frm_app_bar.h"
 #include "shell/session_life.h"
 
 namespace quillmarden {
+namespace {
+
+constexpr int kLogInWidth = 320;
+
+}  // namespace
 
 FrmAppBarView::FrmAppBarView(Front& front, std::string screen) : View(front, std::move(screen)) {
   binder().bindTitle(this, app().bar.caption);
@@ -26,9 +33,11 @@ FrmAppBarView::FrmAppBarView(Front& front, std::string screen) : View(front, std
   auto* mark = new QLabel;
   mark->setPixmap(icon(Glyph::Quill).pixmap(QSize(26, 26), devicePixelRatio()));
   layout->addWidget(mark);
-  auto* login = binder().bind("lblLogin", new QLabel, app().bar.lblLogin);
+  // A Repository may lie deep in folders with long names: its text gives way, the buttons stay.
+  auto* login = new ElidedLabel;
   login->setProperty("role", "faint");
-  layout->addWidget(login);
+  login->setMaximumWidth(kLogInWidth);
+  layout->addWidget(binder().bind("lblLogin", login, app().bar.lblLogin));
   layout->addSpacing(12);
 
   const frmAppBar& bar = app().bar;
@@ -41,6 +50,7 @@ FrmAppBarView::FrmAppBarView(Front& front, std::string screen) : View(front, std
   layout->addWidget(addButton("CmdLogOff", Glyph::LogOff, bar.CmdLogOffCaption, [this] { CmdLogOff_Click(app()); }));
   layout->addWidget(addButton("CmdClose", Glyph::Close, kClose, [this] { CmdClose_Click(app()); }));
   layout->addWidget(makeMenuButton());
+  binder().onRefresh([this] { fit(); });
 
   setContextMenuPolicy(Qt::CustomContextMenu);
   connect(this, &QWidget::customContextMenuRequested, this,
@@ -49,14 +59,42 @@ FrmAppBarView::FrmAppBarView(Front& front, std::string screen) : View(front, std
   move(room.left() + (room.width() - sizeHint().width()) / 2, room.top());
 }
 
+void FrmAppBarView::fit() {
+  int captions = 0;
+  for (const QToolButton* button : buttons_) captions += button->fontMetrics().horizontalAdvance(button->text());
+  if (std::exchange(captionsWidth_, captions) == captions) return;
+  const auto show = [this](Qt::ToolButtonStyle style) {
+    for (QToolButton* button : buttons_) button->setToolButtonStyle(style);
+    layout()->invalidate();
+  };
+  show(Qt::ToolButtonTextBesideIcon);
+  if (layout()->sizeHint().width() > screenRoom().width()) show(Qt::ToolButtonIconOnly);
+}
+
+QRect FrmAppBarView::screenRoom() const { return QWidget::screen()->availableGeometry(); }
+
+void FrmAppBarView::resizeEvent(QResizeEvent* event) {
+  View::resizeEvent(event);
+  bringIn(*this);
+}
+
+void FrmAppBarView::showEvent(QShowEvent* event) {
+  View::showEvent(event);
+  bringIn(*this);
+}
+
 QToolButton* FrmAppBarView::addButton(const char* name, Glyph glyph, const std::string& caption, Handler handler) {
   QToolButton* button = glyphButton(glyph, "");
   button->setObjectName(name);
   button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   connect(button, &QToolButton::clicked, this, binder().act(std::move(handler)));
   binder().onRefresh([button, &caption] {
-    if (const QString text = toQt(caption); button->text() != text) button->setText(text);
+    if (const QString text = toQt(caption); button->text() != text) {
+      button->setText(text);
+      button->setToolTip(text);
+    }
   });
+  buttons_.push_back(button);
   return button;
 }
 

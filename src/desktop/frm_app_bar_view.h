@@ -9,9 +9,19 @@ class FrmAppBarView : public View {
  public:
   FrmAppBarView(Front& front, std::string screen);
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
  private:
+  /// Buttons without their captions where the screen is too narrow for those.
+  void fit();
+  QRect screenRoom() const;
   QToolButton* addButton(const char* name, Glyph glyph, const std::string& caption, Handler handler);
   QToolButton* makeMenuButton();
+
+  std::vector<QToolButton*> buttons_;
+  int captionsWidth_ = 0;
 };
 
 }  // namespace quillmarden

@@ -68,6 +68,7 @@ FrmTbDetailView::FrmTbDetailView(Front& front, std::string screen)
       grid_(new DetailGrid(*this, record_)),
       backupTimer_(new QTimer(this)) {
   binder().bindTitle(this, record_.caption);
+  setFocusProxy(grid_);
   binder().unseen({"Spread", "mnuEditing", "mnuPartition"});
 
   auto* below = new QSplitter(Qt::Vertical);

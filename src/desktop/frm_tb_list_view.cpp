@@ -226,6 +226,12 @@ QWidget* FrmTbListView::makeTables() {
   tables_->setColumnWidth(0, 230);
   connect(tables_, &QAbstractItemView::doubleClicked, this,
           [this] { binder().later([this] { LstTable_DblClick(app()); }); });
+  tables_->entered = [this] {
+    binder().later([this] {
+      LstTable_Click(app());
+      if (app().display.focus) app().display.focus("frmTBDetail");
+    });
+  };
   tables_->popUp = [this](int row, const QPoint& place) { openPopUp(row, place); };
   addMenuKeys(*this, tables_, "mnutEdit");
   return tables_;

@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QScreen>
 #include <QTimer>
+#include <QWindow>
 #include <cmath>
 #include <utility>
 
@@ -42,9 +43,24 @@ QString systemInformation() {
   return lines.join('\n');
 }
 
+/// While a drop-down or a menu is open its keys are its own. Qt would let the window behind it take them for shortcuts,
+/// and [Esc] would close the screen together with its list.
+class PopUpKeys : public QObject {
+ public:
+  PopUpKeys() { qApp->installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::ShortcutOverride || !QApplication::activePopupWidget()) return false;
+    event->accept();
+    return true;
+  }
+};
+
 }  // namespace
 
-Front::Front(Application& app, Turn& turn, WaitPanel* wait) : app_(app), turn_(turn), wait_(wait) {
+Front::Front(Application& app, Turn& turn, WaitPanel* wait)
+    : app_(app), turn_(turn), wait_(wait), popUpKeys_(std::make_unique<PopUpKeys>()) {
   turn_.settle = [this] { settleScreens(app_); };
   if (wait_) wait_->stopPressed = [this] { CmdStop_Click(app_.stop); };
   connectDisplay();
@@ -131,6 +147,7 @@ void Front::show(std::string_view screen) {
   }
   view->binder().refresh();
   view->aboutToShow();
+  if (findViewMaker(screen)->child && !view->isVisible()) placeOver(*view, View::inFront());
   if (view->isMinimized())
     view->showNormal();
   else
@@ -146,9 +163,21 @@ void Front::close(std::string_view screen) {
   View* view = found->second;
   views_.erase(found);
   view->release();
+  // Whoever closes a window goes on in the one that it was opened from.
+  View* opener = view->isActiveWindow() ? view->opener() : nullptr;
   view->hide();
+  if (opener && opener->isVisible()) opener->activateWindow();
   // The window may be closing out of one of its own buttons.
   view->deleteLater();
+}
+
+void Front::placeOver(View& view, View* opener) {
+  if (!opener || opener == &view) return;
+  view.setOpener(opener);
+  // Owned for the window manager alone: the widget is no child, so that each window lives as long as its own screen.
+  view.winId();
+  if (QWindow* window = view.windowHandle(); window && opener->windowHandle())
+    window->setTransientParent(opener->windowHandle());
 }
 
 bool Front::focus(std::string_view screen) {

@@ -41,6 +41,7 @@ class Front {
   void connectDisplay();
   void tick();
   View* reach(std::string_view screen);
+  void placeOver(View& view, View* opener);
   void show(std::string_view screen);
   void close(std::string_view screen);
   bool focus(std::string_view screen);
@@ -55,6 +56,7 @@ class Front {
   std::string repository_;
   std::string user_;
   std::map<std::string, View*, std::less<>> views_;
+  std::unique_ptr<QObject> popUpKeys_;
   std::unique_ptr<QSystemTrayIcon> icon_;
   std::unique_ptr<QTimer> splashTimer_;
   std::unique_ptr<QTimer> secondTimer_;

@@ -3,6 +3,7 @@
 #include <QContextMenuEvent>
 #include <QFontMetrics>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <algorithm>
 
@@ -36,6 +37,14 @@ void ListTable::setPointSize(double points) {
   own.setPointSizeF(points);
   setFont(own);
   verticalHeader()->setDefaultSectionSize(QFontMetrics(own).height() + 6);
+}
+
+void ListTable::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!enter || !entered || !currentIndex().isValid() || (event->modifiers() & ~Qt::KeypadModifier))
+    return QTableView::keyPressEvent(event);
+  event->accept();
+  entered();
 }
 
 void ListTable::mousePressEvent(QMouseEvent* event) {

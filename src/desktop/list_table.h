@@ -20,11 +20,14 @@ class ListTable : public QTableView {
   ListModel& rows() { return *model_; }
   void setPointSize(double points);
 
+  /// [Enter] on the current row; without it the key goes on to the window.
+  std::function<void()> entered;
   /// A right click, or the menu key: the row under it, -1 for none. A right press alone chooses nothing: it is no
   /// click.
   std::function<void(int row, const QPoint& globalPlace)> popUp;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
 

@@ -17,6 +17,7 @@
 #include "common/paths.h"
 #include "desktop/binder.h"
 #include "desktop/icons.h"
+#include "desktop/view.h"
 
 namespace quillmarden {
 namespace {
@@ -68,7 +69,8 @@ Glyph glyphOf(int style) {
 }  // namespace
 
 int showMessage(std::string_view text, int style, std::string_view title) {
-  QMessageBox box(QApplication::activeWindow());
+  QWidget* window = QApplication::activeWindow();
+  QMessageBox box(window ? window : View::inFront());
   box.setWindowTitle(toQt(title));
   box.setWindowIcon(QApplication::windowIcon());
   box.setTextFormat(Qt::PlainText);  // names out of a Repository are no mark-up

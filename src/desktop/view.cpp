@@ -1,6 +1,8 @@
 #include "desktop/view.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QCursor>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -16,12 +18,20 @@
 #include "shell/screens.h"
 
 namespace quillmarden {
+namespace {
+
+QPointer<View> lastActive;
+
+}  // namespace
 
 View::View(Front& front, std::string screen)
     : front_(front), screen_(std::move(screen)), binder_(std::make_unique<Binder>(front.turn())) {
   setWindowIcon(programIcon());
   const auto* help = new QShortcut(QKeySequence::HelpContents, this);
   connect(help, &QShortcut::activated, this, binder_->act([this] { CmdHelp_Click(app()); }));
+  // Beside the menu key, which many keyboards lack.
+  const auto* menu = new QShortcut(Qt::SHIFT | Qt::Key_F10, this);
+  connect(menu, &QShortcut::activated, this, &View::askMenu);
 }
 
 View::~View() = default;
@@ -40,6 +50,13 @@ void View::later(Handler handler) {
 QPoint View::popUpPlace() const { return popUpPlace_.isNull() ? QCursor::pos() : popUpPlace_; }
 
 void View::wishToClose() { closeScreen(app(), screen_); }
+
+void View::askMenu() {
+  QWidget* asked = focusWidget() ? focusWidget() : this;
+  const QPoint place = asked->rect().center();
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, place, asked->mapToGlobal(place));
+  QCoreApplication::sendEvent(asked, &event);
+}
 
 void View::closeOnEscape() {
   const auto* escape = new QShortcut(Qt::Key_Escape, this);
@@ -78,9 +95,16 @@ void View::closeEvent(QCloseEvent* event) {
   front_.turn().run([this] { wishToClose(); });
 }
 
+View* View::inFront() {
+  if (auto* active = qobject_cast<View*>(QApplication::activeWindow())) return active;
+  return lastActive && lastActive->isVisible() ? lastActive.data() : nullptr;
+}
+
 void View::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::ActivationChange && binder_ && isActiveWindow()) screenActivated(app(), screen_);
+  if (event->type() != QEvent::ActivationChange || !binder_ || !isActiveWindow()) return;
+  lastActive = this;
+  screenActivated(app(), screen_);
 }
 
 QWidget* captioned(const char* caption, QWidget* field) {

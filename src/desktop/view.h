@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <memory>
 #include <string>
@@ -33,6 +34,11 @@ class View : public QWidget {
   /// Where the next menu opens, in global coordinates. A null point stands for the pointer.
   void setPopUpPlace(const QPoint& place) { popUpPlace_ = place; }
   QPoint popUpPlace() const;
+  /// The window that this one was opened from; nullptr when there is none or it has gone.
+  View* opener() const { return opener_; }
+  void setOpener(View* opener) { opener_ = opener; }
+  /// The program's window that a person used last, as long as it is seen: what opens now belongs to it.
+  static View* inFront();
   /// The shell has closed the screen: nothing reads the record from now on, the widgets go later.
   void release();
 
@@ -48,6 +54,7 @@ class View : public QWidget {
   /// [Enter] presses this button, wherever the focus is but on another button.
   void answerEnter(QPushButton* button);
 
+  void askMenu();
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
 
@@ -55,6 +62,7 @@ class View : public QWidget {
   Front& front_;
   std::string screen_;
   QPoint popUpPlace_;
+  QPointer<View> opener_;
   std::unique_ptr<Binder> binder_;
 };
 

@@ -13,6 +13,7 @@ class View;
 struct ViewMaker {
   std::string_view screen;
   View* (*make)(Front& front, const std::string& screen);
+  bool child = false;  ///< it belongs to the window that it was opened from and stays in front of that
 };
 
 /// One line a screen. "frmTBDetail" also stands for the further detail screens, "frmTBDetail:2" and on.

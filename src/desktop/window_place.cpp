@@ -39,6 +39,14 @@ void restorePlace(const Session& session, std::string_view screen, QWidget& wind
   if (kept.windowState == FormPosition::kMaximised) window.setWindowState(window.windowState() | Qt::WindowMaximized);
 }
 
+void bringIn(QWidget& window) {
+  const QRect room = window.screen()->availableGeometry();
+  const QRect frame = window.frameGeometry();
+  const int left = std::max(room.left(), std::min(frame.left(), room.right() - frame.width() + 1));
+  const int top = std::max(room.top(), std::min(frame.top(), room.bottom() - frame.height() + 1));
+  if (QPoint(left, top) != frame.topLeft()) window.move(left, top);
+}
+
 void savePlace(Session& session, std::string_view screen, const QWidget& window) {
   if (!session.ini) return;
   FormPosition place;

@@ -13,4 +13,7 @@ void restorePlace(const Session& session, std::string_view screen, QWidget& wind
 /// Keeps the place, and the size of a window that can be resized.
 void savePlace(Session& session, std::string_view screen, const QWidget& window);
 
+/// Moves a window so that all of it, frame included, lies on the display, or its left upper corner where it is too big.
+void bringIn(QWidget& window);
+
 }  // namespace quillmarden

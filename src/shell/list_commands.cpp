@@ -30,7 +30,10 @@ void chooseSystem(Application& app) {
 }
 
 void LstTable_Click(Application& app) {
-  if (pReadTbDetailsData(app.session, app.host, app.list, app.detail())) return;
+  // The table that is being edited is brought forward as it is; there is nothing to give up.
+  const frmTBDetail& detail = app.detail();
+  const bool edited = detail.changed && detail.lblID.caption == tableListId(app.list.LstTable.text());
+  if (!edited && pReadTbDetailsData(app.session, app.host, app.list, app.detail())) return;
   if (app.list.running) return;
   openScreen(app, kDetailScreen);
   pSetCurrentTableName2Info(app);

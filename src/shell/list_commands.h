@@ -11,7 +11,8 @@ namespace quillmarden {
 /// A System was chosen in CmbSystem. Unsaved work of the detail screens is asked about first; when it stays, the box
 /// goes back to the former System.
 void chooseSystem(Application& app);
-/// A click on a row: loads the table into the detail screen, shows that, and tells the other screens.
+/// A click on a row, chosen before or not: loads the table into the detail screen, shows that, and tells the other
+/// screens.
 void LstTable_Click(Application& app);
 /// Opens the row in a further detail screen, where the settings say so and the detail screen is to be seen.
 void LstTable_DblClick(Application& app);
