@@ -22,10 +22,10 @@ void drawChevron(QPainter& painter, const QPointF& middle, const QColor& colour)
       QPolygonF({middle + QPointF(-3.5, -1.8), middle + QPointF(0, 1.8), middle + QPointF(3.5, -1.8)}));
 }
 
-void drawField(QPainter& painter, const QStyleOption& option) {
+void drawField(QPainter& painter, const QStyleOption& option, bool fault) {
   const Palette& colours = palette();
   const bool enabled = option.state.testFlag(QStyle::State_Enabled);
-  painter.setPen(option.state.testFlag(QStyle::State_HasFocus) && enabled ? colours.accent : colours.line);
+  painter.setPen(fault ? colours.fault : option.state.testFlag(QStyle::State_HasFocus) && enabled ? colours.accent : colours.line);
   painter.setBrush(enabled ? colours.field : colours.window);
   painter.drawRoundedRect(lineRect(option.rect), 5, 5);
 }
@@ -76,7 +76,7 @@ void FlatStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
   }
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
-  drawField(*painter, *box);
+  drawField(*painter, *box, widget && widget->property("fault").toBool());
   const QRectF arrow = subControlRect(CC_ComboBox, option, SC_ComboBoxArrow, widget);
   drawChevron(*painter, arrow.center(), box->state.testFlag(State_Enabled) ? palette().text : palette().faint);
   painter->restore();

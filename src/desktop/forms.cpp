@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 
 namespace quillmarden {
 namespace {
@@ -77,6 +78,15 @@ QLineEdit* narrow(QLineEdit* field, int digits) {
   const int inset = 24;  // frame and padding
   field->setFixedWidth(field->fontMetrics().horizontalAdvance(QString(digits, '0')) + inset);
   return field;
+}
+
+void markFault(QWidget* box, bool fault) {
+  if (!box || box->property("fault").toBool() == fault) return;
+  box->setProperty("fault", fault);
+  // A style sheet looks at properties when it is applied alone.
+  box->style()->unpolish(box);
+  box->style()->polish(box);
+  box->update();
 }
 
 QWidget* scrolling(QWidget* page) { return new PageArea(page); }

@@ -20,6 +20,9 @@ QWidget* fromTheLeft(std::initializer_list<QWidget*> widgets);
 /// Makes a field as wide as some digits.
 QLineEdit* narrow(QLineEdit* field, int digits);
 
+/// Frames a box in the colour of faults, or takes that away.
+void markFault(QWidget* box, bool fault);
+
 /// A page that scrolls where the window is smaller than it, and never hides the field that has the focus.
 QWidget* scrolling(QWidget* page);
 

@@ -216,10 +216,8 @@ QWidget* FrmSystemInfView::makeRename() {
   fields->addRow(
       QStringLiteral("変更後"),
       sideBySide({line("TxtSystemNameNew", record_.TxtSystemNameNew),
-                  button("cmdChange", "変更", "システム名を変更し、ログオフします.", record_.cmdChange, [this] {
-                    Application& app = this->app();
-                    cmdChange_Click(app.session, app.host, app.windows, record_);
-                  })}));
+                  button("cmdChange", "変更", "システム名を変更し、ログオフします.", record_.cmdChange,
+                         [this] { cmdChange_Click(app()); })}));
   return binder().bind("fraSystemChange", static_cast<QWidget*>(group), record_.fraSystemChange);
 }
 

@@ -11,6 +11,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <algorithm>
 #include <array>
 #include <functional>
 #include <utility>
@@ -25,6 +26,9 @@ namespace quillmarden {
 namespace {
 
 constexpr int kTbInfoMargin = 16;
+/// The boxes that one sort of table or another wants filled.
+constexpr std::array kRequiredBoxes = {"TxtJPN",  "TxtTableName", "CmbFileType", "CmbBunrui",
+                                       "TxtMemo", "TxtRyaku",     "CmbKanKaku"};
 
 /// A page of two forms side by side.
 struct TwoForms {
@@ -104,7 +108,30 @@ FrmTbInfoView::FrmTbInfoView(Front& front, std::string screen) : View(front, std
   rows->addWidget(makeFlags());
   rows->addWidget(makeButtons());
   resize(900, 640);
+  watchRequired();
+  binder().onRefresh([this] { takeFocus(record_.focus); });
+  findChild<QWidget*>("TxtJPN")->setFocus();
   closeOnEscape();
+}
+
+void FrmTbInfoView::markMissing() {
+  const auto missing = record_.refused ? missingBoxes(record_) : std::vector<std::string_view>();
+  for (const char* name : kRequiredBoxes)
+    markFault(findChild<QWidget*>(name), std::find(missing.begin(), missing.end(), name) != missing.end());
+}
+
+/// A mark goes as its box is filled.
+void FrmTbInfoView::watchRequired() {
+  for (const char* name : kRequiredBoxes) {
+    const auto* box = findChild<QWidget*>(name);
+    if (const auto* line = qobject_cast<const QLineEdit*>(box))
+      connect(line, &QLineEdit::textChanged, this, [this] { markMissing(); });
+    else if (const auto* lines = qobject_cast<const QPlainTextEdit*>(box))
+      connect(lines, &QPlainTextEdit::textChanged, this, [this] { markMissing(); });
+    else if (const auto* list = qobject_cast<const QComboBox*>(box))
+      connect(list, &QComboBox::currentTextChanged, this, [this] { markMissing(); });
+  }
+  binder().onRefresh([this] { markMissing(); });
 }
 
 QComboBox* FrmTbInfoView::combo(const char* name, ComboBox& control, bool editable, Handler handler) {
@@ -268,6 +295,8 @@ QWidget* FrmTbInfoView::makeButtons() {
   row->addStretch(1);
   auto* ok = new QPushButton(QStringLiteral("更新"));
   ok->setDefault(true);
+  ok->setShortcut(QKeySequence::Save);
+  ok->setToolTip(QStringLiteral("登録内容を更新します. (Ctrl+S)"));
   row->addWidget(binder().bind("cmdOK", ok, record_.cmdOK, [this] {
     Application& app = this->app();
     if (!cmdOK_Click(app.session, app.host, app.windows, record_)) app.windows.close(this->screen());

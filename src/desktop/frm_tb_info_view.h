@@ -21,6 +21,8 @@ class FrmTbInfoView : public View {
   QWidget* makeFiles();
   QWidget* makeFlags();
   QWidget* makeButtons();
+  void markMissing();
+  void watchRequired();
   class QComboBox* combo(const char* name, ComboBox& control, bool editable, Handler handler = {});
   QLineEdit* line(const std::string& name, TextBox& control, Handler handler = {});
 

@@ -102,6 +102,7 @@ QLineEdit, QPlainTextEdit, QTextEdit { background: @field; border: 1px solid @li
   selection-background-color: @accent; selection-color: @accentText; }
 QPlainTextEdit, QTextEdit { padding: 1px 4px; }
 QLineEdit:focus, QPlainTextEdit:focus, QTextEdit:focus, QAbstractItemView:focus { border-color: @accent; }
+QLineEdit[fault="true"], QPlainTextEdit[fault="true"] { border-color: @fault; }
 QLineEdit:disabled, QLineEdit:read-only { background: @window; }
 QAbstractItemView { background: @field; alternate-background-color: @stripe; border: 1px solid @line;
   border-radius: 5px; outline: 0; }
@@ -152,7 +153,7 @@ QTabWidget::pane { border: 1px solid @line; border-radius: 6px; top: -1px; }
 QString styleSheet(const Palette& c) {
   QString sheet = QString::fromUtf8(kStyleSheet);
   const std::pair<const char*, const QColor*> names[] = {
-      {"@accentText", &c.accentText}, {"@accent", &c.accent}, {"@warning", &c.warning}, {"@surface", &c.surface},
+      {"@accentText", &c.accentText}, {"@accent", &c.accent}, {"@warning", &c.warning}, {"@fault", &c.fault}, {"@surface", &c.surface},
       {"@window", &c.window},         {"@stripe", &c.stripe}, {"@field", &c.field},     {"@faint", &c.faint},
       {"@hover", &c.hover},           {"@text", &c.text},     {"@line", &c.line}};
   for (const auto& [name, colour] : names) sheet.replace(QLatin1String(name), colour->name());

@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <utility>
@@ -68,6 +69,10 @@ void View::takeFocus(std::string_view& focus) {
   auto* widget = findChild<QWidget*>(toQt(focus));
   focus = {};
   if (!widget) return;
+  // It may lie on a page that is behind another one.
+  for (QWidget* around = widget; around; around = around->parentWidget())
+    if (auto* tabs = qobject_cast<QTabWidget*>(around->parentWidget() ? around->parentWidget()->parentWidget() : nullptr))
+      tabs->setCurrentWidget(around);
   widget->setFocus();
   if (auto* text = qobject_cast<QLineEdit*>(widget)) text->selectAll();
 }

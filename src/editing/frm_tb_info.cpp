@@ -177,6 +177,7 @@ bool frmTBInfo_Load(Session& session, Host& host, frmTBInfo& screen, std::string
   screen.cmdOK.enabled = session.gCanEdit;
   screen.cmdMoveSystem.enabled = session.gCanEdit && !screen.lblID.caption.empty();
   screen.loading = false;
+  screen.loadedInput = inputOf(screen);
   TxtRyaku_Change(session, host, screen);
   return false;
 }

@@ -66,6 +66,10 @@ struct frmTBInfo {
   std::string loadedTableName;
   std::string loadedFileType;
   bool loadedReverse = false;
+  std::vector<std::string> loadedInput;  ///< what stood in the boxes
+  // --- for the view
+  bool refused = false;    ///< a save was refused: what is still missing is marked
+  std::string_view focus;  ///< the control that the last message was about; the view goes there and clears it
   // --- for the caller
   bool saved = false;  ///< the list is to be refreshed
   std::string savedTableName;
@@ -75,6 +79,13 @@ struct frmTBInfo {
 /// Fills the screen for a table, or for a new one of the current System with the ID "". True when there is no such
 /// table, after its message.
 bool frmTBInfo_Load(Session& session, Host& host, frmTBInfo& screen, std::string_view tableId);
+
+/// Whether a person has changed what the save would write.
+bool isChanged(const frmTBInfo& screen);
+/// The end without a save, after a question where something is changed. True when the screen stays.
+bool cmdCancel_Click(Host& host, frmTBInfo& screen);
+/// The names of the boxes that must be filled and are blank, in the order of their messages.
+std::vector<std::string_view> missingBoxes(const frmTBInfo& screen);
 
 /// Checks, asks and saves. True when nothing was saved: the screen stays open.
 bool cmdOK_Click(Session& session, Host& host, Windows& windows, frmTBInfo& screen);

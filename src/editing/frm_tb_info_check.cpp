@@ -1,6 +1,6 @@
 #include <fmt/format.h>
 
-#include <optional>
+#include <tuple>
 
 #include "common/message.h"
 #include "common/text.h"
@@ -28,46 +28,68 @@ bool holdsAny(std::string_view text, std::string_view signs) {
 
 bool blank(const std::string& text) { return trim(text).empty(); }
 
-/// The first fault of the fields that must be filled, "" when there is none.
-std::string missing(const frmTBInfo& screen, bool full) {
-  if (blank(screen.TxtJPN.text)) return "日本語名が未設定です.";
-  if (blank(screen.TxtTableName.text)) return "テーブル名が未設定です.";
-  if (blank(screen.CmbFileType.text)) return "データベースが未設定です.";
-  if (!full) return "";
-  if (blank(screen.CmbBunrui.text)) return "目的分類が未設定です.";
-  if (blank(screen.TxtMemo.text)) return "概要が未設定です.";
-  if (blank(screen.TxtRyaku.text)) return "略名が未設定です.";
-  if (blank(screen.CmbKanKaku.text)) return "作成間隔が未設定です.";
-  return "";
+/// What is wrong on the screen, and where; a blank text for nothing.
+struct HeaderFault {
+  std::string text;
+  std::string_view control;
+};
+
+/// A box that must be filled, and what is said of a blank one.
+struct RequiredBox {
+  std::string_view control;
+  const std::string* text;
+  std::string_view fault;
+};
+
+std::vector<RequiredBox> requiredBoxes(const frmTBInfo& screen) {
+  if (screen.CmbFileType.text == kMemberKind) return {{"TxtJPN", &screen.TxtJPN.text, "名称が未設定です."}};
+  std::vector<RequiredBox> boxes = {{"TxtJPN", &screen.TxtJPN.text, "日本語名が未設定です."},
+                                    {"TxtTableName", &screen.TxtTableName.text, "テーブル名が未設定です."},
+                                    {"CmbFileType", &screen.CmbFileType.text, "データベースが未設定です."}};
+  if (screen.CmbFileType.text == kPrjKind) return boxes;
+  boxes.push_back({"CmbBunrui", &screen.CmbBunrui.text, "目的分類が未設定です."});
+  boxes.push_back({"TxtMemo", &screen.TxtMemo.text, "概要が未設定です."});
+  boxes.push_back({"TxtRyaku", &screen.TxtRyaku.text, "略名が未設定です."});
+  boxes.push_back({"CmbKanKaku", &screen.CmbKanKaku.text, "作成間隔が未設定です."});
+  return boxes;
 }
 
-std::string forbiddenCharacter(const frmTBInfo& screen) {
-  if (holdsAny(screen.TxtJPN.text, kNameSigns)) return "日本語名に使用しては\nいけない文字が含まれています.";
+/// The first of them that is blank.
+HeaderFault missing(const frmTBInfo& screen) {
+  for (const RequiredBox& box : requiredBoxes(screen))
+    if (blank(*box.text)) return {std::string(box.fault), box.control};
+  return {};
+}
+
+HeaderFault forbiddenCharacter(const frmTBInfo& screen) {
+  if (holdsAny(screen.TxtJPN.text, kNameSigns)) return {"日本語名に使用しては\nいけない文字が含まれています.", "TxtJPN"};
   std::string_view name = trim(screen.TxtTableName.text);
   // A table that was read from a live database bears an "@" at its end.
   if (screen.loadedReverse && name.ends_with('@')) name.remove_suffix(1);
   if (holdsAny(name, kNameSigns) || holdsAny(name, kTableSigns))
-    return "テーブル名に使用しては\nいけない文字が含まれています.";
-  return "";
+    return {"テーブル名に使用しては\nいけない文字が含まれています.", "TxtTableName"};
+  return {};
 }
 
-std::string tooLong(const frmTBInfo& screen) {
-  if (gLenB(screen.CmbDataBunrui.text) > kWordWidth || gLenB(screen.CmbDataBunrui2.text) > kWordWidth)
-    return "データ分類は10文字以内です.";
-  if (gLenB(screen.CmbKanKaku.text) > kWordWidth) return "作成間隔は10文字以内です.";
-  return "";
+HeaderFault tooLong(const frmTBInfo& screen) {
+  if (gLenB(screen.CmbDataBunrui.text) > kWordWidth) return {"データ分類は10文字以内です.", "CmbDataBunrui"};
+  if (gLenB(screen.CmbDataBunrui2.text) > kWordWidth) return {"データ分類は10文字以内です.", "CmbDataBunrui2"};
+  if (gLenB(screen.CmbKanKaku.text) > kWordWidth) return {"作成間隔は10文字以内です.", "CmbKanKaku"};
+  return {};
 }
 
-std::string badDate(const frmTBInfo& screen, std::string_view made, std::string_view ended, std::string_view changed) {
-  const std::pair<const TextBox*, std::string_view> dates[] = {
-      {&screen.TxtMakeDate, made}, {&screen.TxtEndDate, ended}, {&screen.TxtChgDate, changed}};
-  for (const auto& [box, word] : dates)
-    if (!blank(box->text) && !parseDateTime(trim(box->text))) return fmt::format("{}が不正な日付です.", word);
-  return "";
+HeaderFault badDate(const frmTBInfo& screen, std::string_view made, std::string_view ended, std::string_view changed) {
+  const std::tuple<const TextBox*, std::string_view, std::string_view> dates[] = {
+      {&screen.TxtMakeDate, "TxtMakeDate", made},
+      {&screen.TxtEndDate, "TxtEndDate", ended},
+      {&screen.TxtChgDate, "TxtChgDate", changed}};
+  for (const auto& [box, control, word] : dates)
+    if (!blank(box->text) && !parseDateTime(trim(box->text))) return {fmt::format("{}が不正な日付です.", word), control};
+  return {};
 }
 
 /// Whether another live table of the System has one of the names.
-std::string nameInUse(Session& session, const frmTBInfo& screen) {
+HeaderFault nameInUse(Session& session, const frmTBInfo& screen) {
   const std::string japanese(trim(screen.TxtJPN.text));
   const std::string name = storedTableName(session, screen.TxtTableName.text);
   const std::string id = screen.lblID.caption.empty() ? "0" : screen.lblID.caption;
@@ -77,34 +99,44 @@ std::string nameInUse(Session& session, const frmTBInfo& screen) {
       "  AND inf.システム名 = " + sqlText(screen.lblSystemName.caption);
   bool sameJapanese = false;
   for (Recordset rows = session.gDB->openRecordset(sql); !rows.eof(); rows.moveNext()) {
-    if (equalsNoCase(trim(rows.text(0)), name)) return "テーブル名が他で使用されています.";
+    if (equalsNoCase(trim(rows.text(0)), name)) return {"テーブル名が他で使用されています.", "TxtTableName"};
     sameJapanese = true;
   }
-  return sameJapanese ? "日本語名が他で使用されています." : "";
+  if (sameJapanese) return {"日本語名が他で使用されています.", "TxtJPN"};
+  return {};
 }
 
-bool tell(Host& host, const std::string& fault) {
-  if (fault.empty()) return false;
-  gMsgBox(host, fault, kOkOnly | kWarningIcon, "入力確認");
+bool tell(Host& host, frmTBInfo& screen, const HeaderFault& fault) {
+  if (fault.text.empty()) return false;
+  screen.refused = true;
+  screen.focus = fault.control;
+  gMsgBox(host, fault.text, kOkOnly | kWarningIcon, "入力確認");
   return true;
 }
 
-bool check(Session& session, Host& host, frmTBInfo& screen, bool full) {
-  for (const std::string& fault : {missing(screen, full), forbiddenCharacter(screen), tooLong(screen),
+bool check(Session& session, Host& host, frmTBInfo& screen) {
+  for (const HeaderFault& fault : {missing(screen), forbiddenCharacter(screen), tooLong(screen),
                                    badDate(screen, "作成日", "完了日", "変更日")})
-    if (tell(host, fault)) return true;
-  return kindMustStay(session, host, screen) || tell(host, nameInUse(session, screen));
+    if (tell(host, screen, fault)) return true;
+  return kindMustStay(session, host, screen) || tell(host, screen, nameInUse(session, screen));
 }
 
 }  // namespace
 
-bool pChkTableInfo(Session& session, Host& host, frmTBInfo& screen) { return check(session, host, screen, true); }
+std::vector<std::string_view> missingBoxes(const frmTBInfo& screen) {
+  std::vector<std::string_view> names;
+  for (const RequiredBox& box : requiredBoxes(screen))
+    if (blank(*box.text)) names.push_back(box.control);
+  return names;
+}
 
-bool pChkPrjInfo(Session& session, Host& host, frmTBInfo& screen) { return check(session, host, screen, false); }
+bool pChkTableInfo(Session& session, Host& host, frmTBInfo& screen) { return check(session, host, screen); }
+
+bool pChkPrjInfo(Session& session, Host& host, frmTBInfo& screen) { return check(session, host, screen); }
 
 bool pChkMemberInfo(Session& session, Host& host, frmTBInfo& screen) {
-  if (blank(screen.TxtJPN.text)) return tell(host, "名称が未設定です.");
-  if (tell(host, badDate(screen, "参加日", "終了予定日", "終了日"))) return true;
+  for (const HeaderFault& fault : {missing(screen), badDate(screen, "参加日", "終了予定日", "終了日")})
+    if (tell(host, screen, fault)) return true;
   return kindMustStay(session, host, screen);
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "editing/frm_tb_info.h"
 
@@ -20,6 +22,9 @@ inline constexpr std::string_view kPrjKind = "PG管理";
 
 /// The kind of a table with field rows goes back to what it was. True when it did, after its message.
 bool kindMustStay(Session& session, Host& host, frmTBInfo& screen);
+
+/// All that a person types and the save writes, in a fixed order.
+std::vector<std::string> inputOf(const frmTBInfo& screen);
 
 /// Whether the save ends the table's state as a result of a reverse run: its mark or the "@" at its name was taken
 /// away.

@@ -104,6 +104,15 @@ void setRights(const Session& session, frmSystemInf& screen) {
     tool->enabled = writes && existing;
 }
 
+std::vector<std::string> inputOf(const frmSystemInf& screen) {
+  std::vector<std::string> input = {screen.TxtSystemName.text, screen.CmbDBType.text, screen.CmbEdit.text,
+                                    screen.TxtBlockSize.text};
+  for (const SystemTextColumn& column : kTextColumns) input.push_back((screen.*column.control).text);
+  for (const SystemFlagColumn& column : kFlagColumns) input.emplace_back((screen.*column.control).value ? "1" : "");
+  for (const CheckBox* box : {&screen.ChkChangeData, &screen.ChkDataBase}) input.emplace_back(box->value ? "1" : "");
+  return input;
+}
+
 }  // namespace
 
 std::span<const SystemTextColumn> systemTextColumns() { return kTextColumns; }
@@ -121,10 +130,11 @@ bool frmSystemInf_Load(Session& session, Host& host, frmSystemInf& screen, std::
   showRecord(screen);
   setRights(session, screen);
   CmbDBType_Click(session, host, screen);
+  screen.loadedInput = inputOf(screen);
   return found || isNew;
 }
 
-void frmSystemInf_Unload(Session& session, Host& host, Windows& windows, frmSystemInf& screen) {
+void frmSystemInf_Unload(Session& session, Host& host, Windows& windows, const frmSystemInf& screen) {
   const std::string current = session.gCurrentSystemName;
   if (!current.empty() && current != kAllSystems && current != kNewSystem) selectSystem(session, host, current);
   if (windows.systemChanged) windows.systemChanged(screen.record.name.empty() ? current : screen.record.name);
@@ -170,6 +180,16 @@ void TxtAccessFileName_Change(Session& /*session*/, Host& /*host*/, frmSystemInf
   screen.TxtUserNameAccess.text = screen.TxtAccessFileName.text;
 }
 
-void cmdCancel_Click(Session& /*session*/, Host& /*host*/, frmSystemInf& screen) { screen.unloaded = true; }
+bool isChanged(const frmSystemInf& screen) { return inputOf(screen) != screen.loadedInput; }
+
+bool keepsEditing(Host& host, const frmSystemInf& screen) {
+  if (!screen.cmdOK.enabled || !isChanged(screen)) return false;
+  const std::string_view name = trim(screen.TxtSystemName.text);
+  return gAskKeepEditing(host, name.empty() ? std::string_view(screen.caption) : name);
+}
+
+void cmdCancel_Click(Session& /*session*/, Host& host, frmSystemInf& screen) {
+  if (!keepsEditing(host, screen)) screen.unloaded = true;
+}
 
 }  // namespace quillmarden

@@ -3,6 +3,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "repository/session.h"
 #include "screen/controls.h"
@@ -18,6 +19,8 @@ struct frmSystemInf {
   SystemRecord record;         ///< as read; its id is 0 and its name blank for a new System
   std::string_view focus;      ///< the control that the last message was about; the view goes there and clears it
   bool unloaded = false;       ///< the screen is done
+  bool made = false;           ///< its save has made a System
+  std::vector<std::string> loadedInput;  ///< what stood in the boxes
   bool hasAccessFile = false;  ///< this Repository has the column of the default Access file
 
   TextBox TxtSystemName;  ///< locked for a System that exists: its name changes through cmdChange alone
@@ -103,7 +106,7 @@ std::span<const std::string_view> userLimitTexts();
 /// screen is then that of a new one.
 bool frmSystemInf_Load(Session& session, Host& host, frmSystemInf& screen, std::string_view systemName);
 /// What follows when the screen is gone: the current System is read anew, and its screens are told.
-void frmSystemInf_Unload(Session& session, Host& host, Windows& windows, frmSystemInf& screen);
+void frmSystemInf_Unload(Session& session, Host& host, Windows& windows, const frmSystemInf& screen);
 
 // --- changes on the screen
 /// Another Database kind: labels and boxes of its settings, the port that a kind begins with.
@@ -120,6 +123,11 @@ void TxtAccessFileName_Change(Session& session, Host& host, frmSystemInf& screen
 bool checkSystemInf(Session& session, Host& host, frmSystemInf& screen);
 /// Checks, asks and saves. True when the row is written; the screen is then done.
 bool cmdOK_Click(Session& session, Host& host, frmSystemInf& screen);
+/// Whether a person has changed what the save would write.
+bool isChanged(const frmSystemInf& screen);
+/// Asks about changes that are not saved. True when the screen is to stay.
+bool keepsEditing(Host& host, const frmSystemInf& screen);
+/// The end without a save, after that question.
 void cmdCancel_Click(Session& session, Host& host, frmSystemInf& screen);
 
 // --- tools on all tables of the System. Each asks first and tells how many rows it changed.

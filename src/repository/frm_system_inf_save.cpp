@@ -139,6 +139,7 @@ bool cmdOK_Click(Session& session, Host& host, frmSystemInf& screen) {
   } catch (const EngineError& error) {
     return tellFailure(session, host, error);
   }
+  screen.made = screen.record.id == 0;
   gMDB_GetSystemInfo(session, host, trim(screen.TxtSystemName.text), screen.record);
   screen.unloaded = true;
   return true;

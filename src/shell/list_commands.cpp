@@ -39,6 +39,18 @@ void LstTable_Click(Application& app) {
   pSetCurrentTableName2Info(app);
 }
 
+void showTable(Application& app, std::string_view tableId) {
+  std::string screen(kMainDetail);
+  frmTBDetail& detail = app.detail();
+  if (detail.changed && detail.lblID.caption != tableId)
+    screen = openDetail(app, tableId);
+  else if (!detail.changed && pGet_TableID2TableDetails(app.session, app.host, detail, tableId))
+    return;
+  if (screen.empty()) return;
+  openScreen(app, screen);
+  if (app.display.focus) app.display.focus(screen);
+}
+
 void LstTable_DblClick(Application& app) {
   const OpenScreen* detail = app.open.find(kDetailScreen);
   if (app.session.settings.tableListBoxDblClick && detail && detail->visible) mnuOpenDetails_Click(app);
@@ -73,6 +85,8 @@ void mnuOpenDetails_Click(Application& app) {
 }
 
 void openTableInfo(Application& app, std::string_view tableId) {
+  // One header at a time: that of another table is closed first, after its question.
+  if (app.open.has("frmTBInfo") && app.tbInfo.lblID.caption != tableId && closeScreen(app, "frmTBInfo")) return;
   app.tbInfoFor = tableId;
   openScreen(app, "frmTBInfo");
 }

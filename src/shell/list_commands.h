@@ -14,6 +14,9 @@ void chooseSystem(Application& app);
 /// A click on a row, chosen before or not: loads the table into the detail screen, shows that, and tells the other
 /// screens.
 void LstTable_Click(Application& app);
+/// Shows a table with the keyboard in its field grid: in the detail screen, or in a further one while that is being
+/// edited.
+void showTable(Application& app, std::string_view tableId);
 /// Opens the row in a further detail screen, where the settings say so and the detail screen is to be seen.
 void LstTable_DblClick(Application& app);
 /// A key on LstTable; false for one without a meaning there.

@@ -14,6 +14,11 @@ void CmdBackColor_Click(Application& app, int which) {
 
 void CmdSelect_Click(Application& app) { CmdSelect_Click(app.session, app.host, app.color, app.options); }
 
+void cmdChange_Click(Application& app) {
+  if (app.systemInf.cmdChange.enabled && !unsavedWorkStays(app))
+    cmdChange_Click(app.session, app.host, app.windows, app.systemInf);
+}
+
 void cmdConvAccessSQLServer_Click(Application& app) {
   const frmSystemInf& screen = app.systemInf;
   if (!screen.cmdConvAccessSQLServer.enabled) return;

@@ -10,6 +10,8 @@ namespace quillmarden {
 void CmdBackColor_Click(Application& app, int which);
 /// Gives the chosen colour to the options, which stand open behind the palette.
 void CmdSelect_Click(Application& app);
+/// Renames the System, which logs off: unsaved work is asked about first.
+void cmdChange_Click(Application& app);
 /// The copy of an Access System as one of SQL Server. Other kinds are refused.
 void cmdConvAccessSQLServer_Click(Application& app);
 

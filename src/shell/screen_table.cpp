@@ -5,6 +5,8 @@
 
 #include "editing/detail_navigation.h"
 #include "editing/frm_tb_detail_edit.h"
+#include "shell/list_commands.h"
+#include "shell/screens.h"
 #include "shell/tell.h"
 #include "shell/unsaved_work.h"
 
@@ -124,9 +126,12 @@ ScreenKind listKind() {
 /// The list has been rebuilt by the save; the detail screens take the new header and keep rows that wait to be saved.
 void tableInfoClosed(Application& app, std::string_view) {
   const frmTBInfo info = std::exchange(app.tbInfo, {});
+  const bool isNew = app.tbInfoFor && app.tbInfoFor->empty();
   app.tbInfoFor.reset();
   if (!info.saved) return;
   for (auto& [name, detail] : app.details) tableInfoSaved(app.session, app.host, detail, info.lblID.caption);
+  // A table that has just been made wants its fields.
+  if (isNew) showTable(app, info.lblID.caption);
 }
 
 ScreenKind tableInfoKind() {
@@ -135,6 +140,8 @@ ScreenKind tableInfoKind() {
     const std::string id = app.tbInfoFor ? *app.tbInfoFor : app.detail(app.activeDetail()).lblID.caption;
     return frmTBInfo_Load(app.session, app.host, app.tbInfo, id);
   };
+  kind.changed = [](const Application& app, std::string_view) { return isChanged(app.tbInfo); };
+  kind.stays = [](Application& app, std::string_view) { return cmdCancel_Click(app.host, app.tbInfo); };
   kind.closed = tableInfoClosed;
   return kind;
 }
@@ -144,13 +151,18 @@ ScreenKind systemInfKind() {
   kind.load = [](Application& app, std::string_view) {
     return !frmSystemInf_Load(app.session, app.host, app.systemInf, app.list.CmbSystem.text);
   };
+  kind.changed = [](const Application& app, std::string_view) { return isChanged(app.systemInf); };
+  kind.stays = [](Application& app, std::string_view) { return keepsEditing(app.host, app.systemInf); };
   kind.closed = [](Application& app, std::string_view) {
+    const frmSystemInf screen = std::exchange(app.systemInf, {});
     // A rename logs off: there is no System to read any more.
-    if (app.open.has("frmTBList")) {
-      frmSystemInf_Unload(app.session, app.host, app.windows, app.systemInf);
-      fillSystems(app.session, app.list);
-    }
-    app.systemInf = {};
+    if (!app.open.has("frmTBList")) return;
+    frmSystemInf_Unload(app.session, app.host, app.windows, screen);
+    fillSystems(app.session, app.list);
+    if (!screen.made || screen.record.hidden) return;
+    // Whoever makes a System goes on in it.
+    app.list.CmbSystem.text = screen.record.name;
+    chooseSystem(app);
   };
   return kind;
 }
