@@ -107,7 +107,7 @@ QWidget* FrmTbListView::makeSystem() {
   system->setPlaceholderText(QStringLiteral("システム名"));
   layout->addWidget(binder().bind("CmbSystem", system, record.CmbSystem, [this] { chooseSystem(app()); }), 1);
   layout->addWidget(binder().bind("CmdSystem", glyphButton(Glyph::Gear, "システム情報の追加・変更"), record.CmdSystem,
-                                  [this] { app().windows.show("frmSystemInf"); }));
+                                  [this] { CmdSystem_Click(app()); }));
   return made;
 }
 

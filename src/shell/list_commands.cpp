@@ -98,7 +98,12 @@ void mnuUpDate_Click(Application& app) {
 }
 
 void CmdSystem_Click(Application& app) {
-  if (app.list.CmdSystem.enabled) openScreen(app, "frmSystemInf");
+  if (!app.list.CmdSystem.enabled) return;
+  // The record of a System that was chosen before closes first, after its question.
+  const std::string& system = app.list.CmbSystem.text;
+  const bool other = app.systemInf.record.name != (system == kNewSystem ? std::string_view() : system);
+  if (app.open.has("frmSystemInf") && other && closeScreen(app, "frmSystemInf")) return;
+  openScreen(app, "frmSystemInf");
 }
 
 void mnuSelectPut_Click(Application& app) {

@@ -36,7 +36,7 @@ void mnuAdd_Click(Application& app);
 void mnuUpDate_Click(Application& app);
 /// The header of this table, "" for a new one.
 void openTableInfo(Application& app, std::string_view tableId);
-/// Opens the record of the current System, or an empty one for a new System.
+/// Opens the record of the current System, or an empty one for a new System, in the place of another one.
 void CmdSystem_Click(Application& app);
 /// Takes the selected rows over for output and offers what can be made of them.
 void mnuSelectPut_Click(Application& app);

@@ -37,6 +37,9 @@ TEST(MessageTest, GivesTheCodeOfThePressedButton) {
   EXPECT_EQ(answerOf(kYesNo | kQuestionIcon, key(Qt::Key_Return)), kYes);
   EXPECT_EQ(answerOf(kYesNo | kQuestionIcon | kDefaultSecond, key(Qt::Key_Return)), kNo);
   EXPECT_EQ(answerOf(kYesNo, key(Qt::Key_Escape)), kNo);
+  EXPECT_EQ(answerOf(kYesNo | kKeepsOnYes, key(Qt::Key_Escape)), kYes) << "what is being edited stays";
+  EXPECT_EQ(answerOf(kYesNo | kKeepsOnYes, [](QMessageBox& box) { box.close(); }), kYes);
+  EXPECT_EQ(answerOf(kYesNo, [](QMessageBox& box) { box.close(); }), kNo);
   EXPECT_EQ(answerOf(kOkCancel | kWarningIcon, key(Qt::Key_Escape)), kCancel);
   EXPECT_EQ(answerOf(kOkCancel, key(Qt::Key_Return)), kOk);
   EXPECT_EQ(answerOf(kYesNo, [](QMessageBox& box) { box.buttons().constLast()->click(); }), kNo);

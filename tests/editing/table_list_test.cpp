@@ -261,6 +261,9 @@ TEST_F(TableListTest, RowCommandsAskAndWrite) {
   EXPECT_EQ(cell("SELECT 全システム共通, チェックポイント日付 FROM MAS_TABLEINFO WHERE ID = " + b),
             "-1|2026/11/24 09:05:00");
 
+  scripted.expect("削除確認", "選択された\n  [A]\n  [B]\nを削除します.", kByEnter);
+  mnuDelete_Click(session, scripted.host, list);
+  EXPECT_EQ(cell("SELECT Count(*) AS n FROM MAS_TABLEINFO WHERE 削除フラグ <> 0"), "0") << "[Enter] alone deletes nothing";
   scripted.expect("削除確認", "選択された\n  [A]\n  [B]\nを削除します.", kYes);
   mnuDelete_Click(session, scripted.host, list);
   EXPECT_EQ(names(), (Lines{"C"}));

@@ -247,7 +247,7 @@ TEST_F(SystemScreen, ToolsReachAllTablesOfThisSystem) {
   expectReport("全てのテープルに対して個別に編集禁止にする", 2);
   CmdProtect_Click(session, scripted.host, screen);
   EXPECT_EQ(rows("Select 修正許可 From MAS_TABLEINFO Order by ID"), (std::vector<std::string>{"0", "0", "-1"}));
-  scripted.expect("確認", "全てのテーブルの編集許可を取り消す", kNo);
+  scripted.expect("確認", "全てのテーブルの編集許可を取り消す", kByEnter);
   CmdUnProtect_Click(session, scripted.host, screen);
   expectReport("全てのテーブルの編集許可を取り消す", 2);
   CmdUnProtect_Click(session, scripted.host, screen);
