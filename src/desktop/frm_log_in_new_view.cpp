@@ -126,8 +126,18 @@ QWidget* FrmLogInNewView::makeFiles() {
   files->setEditTriggers(QAbstractItemView::NoEditTriggers);
   connect(files, &QAbstractItemView::doubleClicked, this, [this] { binder().later([this] { logIn(app()); }); });
   layout->addWidget(headed("接続先", files), 1);
-  layout->addWidget(binder().bind("chkAllFile", new QCheckBox(QStringLiteral("All files")), record.chkAllFile,
-                                  [this] { chkAllFile_Click(app().session, app().host, app().logIn); }));
+  auto* nothing = new QLabel;
+  nothing->setProperty("role", "faint");
+  layout->addWidget(binder().bind("lblNoRepository", nothing, record.lblNoRepository));
+  auto* below = new QHBoxLayout;
+  below->addWidget(binder().bind("chkAllFile", new QCheckBox(QStringLiteral("All files")), record.chkAllFile,
+                                 [this] { chkAllFile_Click(app().session, app().host, app().logIn); }));
+  below->addStretch();
+  auto* made = new QPushButton(QStringLiteral("新規作成"));
+  made->setToolTip(QStringLiteral("新しいデータベースを作成します."));
+  below->addWidget(binder().bind("CmdNewRepository", made, record.CmdNewRepository,
+                                 [this] { CmdNewRepository_Click(app().session, app().host, app().logIn); }));
+  layout->addLayout(below);
   return part;
 }
 

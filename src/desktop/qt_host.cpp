@@ -108,6 +108,11 @@ QtHost::QtHost(Turn& turn, const Places& places) : wait(turn) {
   host.dialogs.browseFolder = [](std::string_view prompt) {
     return fromQt(QFileDialog::getExistingDirectory(QApplication::activeWindow(), toQt(prompt)));
   };
+  host.dialogs.newFile = [](std::string_view prompt, const fs::path& suggested) {
+    // What is to become of a file that is there, the routine that asked decides.
+    return fromQt(QFileDialog::getSaveFileName(View::inFront(), toQt(prompt), fileName(suggested), {}, nullptr,
+                                               QFileDialog::DontConfirmOverwrite));
+  };
   host.clock.now = localNow;
   host.machine = machineOf(places);
   host.opener.openFile = openUrl;

@@ -6,6 +6,7 @@
 #include "common/paths.h"
 #include "common/text.h"
 #include "repository/login.h"
+#include "repository/schema.h"
 
 namespace quillmarden {
 namespace {
@@ -33,6 +34,7 @@ bool contains(const ListBox& list, std::string_view text) {
 void refillDatabases(Session& session, Host& host, frmLogInNew& screen) {
   gListDataBaseFiles(session, host, screen.ChkDataBase.value, screen.LstFolder.text(), screen.LstDb,
                      screen.chkAllFile.value);
+  screen.lblNoRepository.visible = screen.LstDb.count() == 0;
 }
 
 void addFolder(Session& session, Host& host, frmLogInNew& screen, std::string_view folder) {
@@ -66,6 +68,7 @@ bool refuse(Host& host, frmLogInNew& screen, std::string_view message, std::stri
 void frmLogInNew_Load(Session& session, Host& host, frmLogInNew& screen) {
   openUserData(session, host);
   screen.caption = "ログイン ver " + gGetVersion();
+  screen.lblNoRepository = {.caption = "データベースがありません. [新規作成]で作成できます.", .visible = false};
   screen.txtUserName.text = session.settings.loninUserName.empty() ? "admin" : session.settings.loninUserName;
 
   gFolderList2File(session, screen.LstFolder, false);
@@ -196,6 +199,35 @@ void objMenuDel1_Click(Session& session, Host& host, frmLogInNew& screen) {
 
 void objMnuOpenFolder_Click(Host& host, frmLogInNew& screen) {
   if (!trim(screen.LstFolder.text()).empty()) host.opener.openFolder(toPath(screen.LstFolder.text()));
+}
+
+bool CmdNewRepository_Click(Session& session, Host& host, frmLogInNew& screen) {
+  const std::string place =
+      screen.ChkDataBase.value ? std::string(trim(screen.LstFolder.text())) : host.machine.programFolder.string();
+  if (!host.dialogs.newFile) return false;
+  std::string file(trim(host.dialogs.newFile("新しいデータベース", toPath(gPathJoin(place, "tableInf.mdb")))));
+  if (file.empty()) return false;
+  // The rule by which a login finds a file that was named without its ending.
+  const std::string upper = toUpper(toPath(file).filename().string());
+  if (upper.find(".MDB") == std::string::npos && upper.find(".MDE") == std::string::npos) file += ".mdb";
+  std::error_code ignored;
+  if (fs::symlink_status(toPath(file), ignored).type() != fs::file_type::not_found) {
+    gMsgBox(host, joinLines({"既に同じ名前のファイルが存在します.", " " + file}), kOkOnly | kWarningIcon);
+    return false;
+  }
+  const std::string user(trim(screen.txtUserName.text));
+  try {
+    createRepository(file, {user == "guest" ? "" : user});
+  } catch (const EngineError& error) {
+    session.log.putError(host, "CmdNewRepository", error.number(), error.what());
+    gMsgBox(host, joinLines({"データベースを作成できませんでした.", " " + file, " " + std::string(error.what())}),
+            kOkOnly | kStopIcon);
+    return false;
+  }
+  chooseRepository(session, host, screen, file, "");
+  gFolderList2File(session, screen.LstFolder, true);
+  gMsgBox(host, joinLines({"データベースを作成しました.", " " + file}), kOkOnly | kInformationIcon);
+  return true;
 }
 
 bool CmdReplica_Click(Host& host) {

@@ -20,6 +20,8 @@ struct frmLogInNew {
   CheckBox chkAllFile;
   Button CmdRef;
   Button CmdReplica;
+  Button CmdNewRepository;
+  Label lblNoRepository;  ///< seen where LstDb is empty
   Button cmdOK;
   Button cmdCancel;
   Picture PicMsg;
@@ -54,6 +56,9 @@ void CmdRef_Click(Session& session, Host& host, frmLogInNew& screen, std::string
 void LstFolder_Drop(Session& session, Host& host, frmLogInNew& screen, const std::vector<std::string>& paths);
 void objMenuDel1_Click(Session& session, Host& host, frmLogInNew& screen);
 void objMnuOpenFolder_Click(Host& host, frmLogInNew& screen);
+/// Asks for a file and makes an initial Repository of it, with the administrator and the user on the screen; a name
+/// without an ending gets ".mdb", a file that is there is refused. It is then the chosen one. True when it was made.
+bool CmdNewRepository_Click(Session& session, Host& host, frmLogInNew& screen);
 /// Starts the sibling that makes initial Repositories. True when this program is to end.
 bool CmdReplica_Click(Host& host);
 /// The login with its messages, counted attempts, upgrade steps and saved choices. True when logged in.

@@ -54,6 +54,9 @@ struct Dialogs {
   std::function<void()> yield;
   /// Asks for a folder; "" when the person gives none. An empty function: there is nobody to ask.
   std::function<std::string(std::string_view prompt)> browseFolder = {};
+  /// Asks where a new file is to lie, beginning with a suggestion; "" when the person gives none. A file that is there
+  /// already may be the answer. An empty function: there is nobody to ask.
+  std::function<std::string(std::string_view prompt, const std::filesystem::path& suggested)> newFile = {};
 };
 
 struct Clock {

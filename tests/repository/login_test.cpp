@@ -282,6 +282,39 @@ TEST_F(LoginScreen, RepositoryInTheProgramFolderIsLocal) {
   EXPECT_EQ(session.gReferenceDataBase, 0);
 }
 
+TEST_F(LoginScreen, AFirstRepositoryIsMadeAndEntered) {
+  open();
+  EXPECT_TRUE(screen.lblNoRepository.visible);
+  std::string offered, given;
+  scripted.host.dialogs.newFile = [&](std::string_view, const fs::path& suggested) {
+    offered = suggested.string();
+    return given;
+  };
+  screen.txtUserName.text = " 佐藤 ";
+  EXPECT_FALSE(CmdNewRepository_Click(session, scripted.host, screen)) << "no name was given";
+  EXPECT_TRUE(offered.ends_with("/tableInf.mdb")) << offered;
+
+  const std::string folder = scripted.folder.file("設計");
+  fs::create_directory(folder);
+  given = folder + "/Kaikei";
+  scripted.expect("確認", "データベースを作成しました.\n " + given + ".mdb");
+  ASSERT_TRUE(CmdNewRepository_Click(session, scripted.host, screen));
+  EXPECT_FALSE(screen.lblNoRepository.visible);
+  EXPECT_EQ(screen.LstFolder.text(), folder);
+  EXPECT_EQ(screen.LstDb.text(), "kaikei.mdb");
+  ASSERT_TRUE(cmdOK_Click(session, scripted.host, screen));
+  EXPECT_EQ(session.gLoginUser, "佐藤");
+  session.gDB.reset();
+
+  scripted.expect("確認", "既に同じ名前のファイルが存在します.\n " + given + ".mdb");
+  EXPECT_FALSE(CmdNewRepository_Click(session, scripted.host, screen));
+  given = folder + "/missing/x.mdb";
+  scripted.answerAll(kOk);
+  EXPECT_FALSE(CmdNewRepository_Click(session, scripted.host, screen));
+  EXPECT_TRUE(scripted.messages.back().starts_with("確認|データベースを作成できませんでした.\n " + given + "\n "))
+      << scripted.messages.back();
+}
+
 TEST_F(LoginScreen, MakerOfRepositories) {
   scripted.expect("入手して!!", "初期データベース作成プログラムが存在ません.");
   EXPECT_FALSE(CmdReplica_Click(scripted.host));
