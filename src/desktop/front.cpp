@@ -43,18 +43,29 @@ QString systemInformation() {
   return lines.join('\n');
 }
 
-/// While a drop-down or a menu is open its keys are its own. Qt would let the window behind it take them for shortcuts,
-/// and [Esc] would close the screen together with its list.
+/// While a drop-down or a menu is open its keys are its own. A drop-down closes already as Qt asks around who wants a
+/// key for itself, and the window behind it would then take the key for a shortcut: [Esc] closed the screen together
+/// with its list.
 class PopUpKeys : public QObject {
  public:
   PopUpKeys() { qApp->installEventFilter(this); }
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() != QEvent::ShortcutOverride || !QApplication::activePopupWidget()) return false;
-    event->accept();
-    return true;
+    if (event->type() == QEvent::ShortcutOverride) {
+      if (QWidget* popUp = QApplication::activePopupWidget()) {
+        asked_ = popUp;
+        event->accept();
+      }
+      return false;
+    }
+    if (event->type() != QEvent::KeyPress || !asked_) return false;
+    // The key that closed it does nothing more.
+    return std::exchange(asked_, nullptr) != QApplication::activePopupWidget();
   }
+
+ private:
+  const QWidget* asked_ = nullptr;  ///< the popup that was open when the key was pressed; looked at, never used
 };
 
 }  // namespace

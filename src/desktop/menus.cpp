@@ -75,7 +75,10 @@ void addKeys(View& view, const std::string& screen, QWidget* widget, const std::
     if (entry.keys.empty()) continue;
     const auto* key =
         new QShortcut(QKeySequence(toQt(entry.keys)), widget, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-    QObject::connect(key, &QShortcut::activated, &view, [&view, screen, &entry] { press(view, screen, entry); });
+    QObject::connect(key, &QShortcut::activated, &view,
+                     view.binder().act([&app = view.app(), screen, &entry] {
+                       pressMenu(app, screen, entry.name, entry.index);
+                     }));
   }
 }
 

@@ -101,7 +101,7 @@ void View::closeEvent(QCloseEvent* event) {
 }
 
 View* View::inFront() {
-  if (auto* active = qobject_cast<View*>(QApplication::activeWindow())) return active;
+  if (auto* active = dynamic_cast<View*>(QApplication::activeWindow())) return active;
   return lastActive && lastActive->isVisible() ? lastActive.data() : nullptr;
 }
 

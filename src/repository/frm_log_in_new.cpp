@@ -68,7 +68,8 @@ bool refuse(Host& host, frmLogInNew& screen, std::string_view message, std::stri
 void frmLogInNew_Load(Session& session, Host& host, frmLogInNew& screen) {
   openUserData(session, host);
   screen.caption = "ログイン ver " + gGetVersion();
-  screen.lblNoRepository = {.caption = "データベースがありません. [新規作成]で作成できます.", .visible = false};
+  screen.lblNoRepository.caption = "データベースがありません. [新規作成]で作成できます.";
+  screen.lblNoRepository.visible = false;
   screen.txtUserName.text = session.settings.loninUserName.empty() ? "admin" : session.settings.loninUserName;
 
   gFolderList2File(session, screen.LstFolder, false);

@@ -25,6 +25,9 @@ void chooseSystem(Application& app) {
     app.list.CmbSystem.text = app.session.gCurrentSystemName;
     return;
   }
+  // Headers and records are written by the rules of the System that is current: those of the former one go.
+  for (const std::string_view screen : {"frmTBInfo", "frmSystemInf"})
+    if (app.open.has(screen)) app.windows.close(screen);
   CmbSystem_Click(app.session, app.host, app.windows, app.list);
   offerLeftOvers(app);
 }
@@ -40,7 +43,7 @@ void LstTable_Click(Application& app) {
 }
 
 void showTable(Application& app, std::string_view tableId) {
-  std::string screen(kMainDetail);
+  std::string screen(kDetailScreen);
   frmTBDetail& detail = app.detail();
   if (detail.changed && detail.lblID.caption != tableId)
     screen = openDetail(app, tableId);

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QInputMethodEvent>
@@ -42,6 +43,12 @@ View& DesktopTest::view(std::string_view screen) {
   View* found = front->find(screen);
   if (!found) throw std::runtime_error("no window of " + std::string(screen));
   return *found;
+}
+
+void DesktopTest::activate(std::string_view screen) {
+  View& window = view(screen);
+  window.activateWindow();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; }, 5000)) << screen;
 }
 
 void DesktopTest::pick(std::string_view screen, const char* name, const char* text) {

@@ -33,6 +33,8 @@ class DesktopTest : public testing::Test {
     if (!found) throw std::runtime_error(std::string("no control ") + name);
     return *found;
   }
+  /// Makes a window the active one. A window that belongs to another counts as active to Qt while that one is.
+  void activate(std::string_view screen);
   /// A pick in a box, as the keyboard does it.
   void pick(std::string_view screen, const char* name, const char* text);
   void press(std::string_view screen, const char* name);

@@ -88,7 +88,7 @@ TEST_F(DivisionViewTest, APersonMakesAValueListAndSavesItsEntries) {
   EXPECT_EQ(control<QLabel>("frmDivision", "lblAtai").text(), QStringLiteral("配送方法"));
   EXPECT_EQ(control<QPlainTextEdit>("frmDivision", "TxtMemo").toPlainText(), QStringLiteral("荷物の届け方"));
 
-  view("frmDivision").activateWindow();
+  activate("frmDivision");
   grid().setFocus();
   grid().goTo(col::kValue, 1);
   keys("1");

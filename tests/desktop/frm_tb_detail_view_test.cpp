@@ -34,8 +34,7 @@ class DetailViewTest : public DesktopTest {
     chooseRow("frmTBList", "LstTable", static_cast<int>(found - rows.begin()));
   }
   void focusGrid(std::string_view screen) {
-    view(screen).activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&view(screen)));
+    activate(screen);
     grid(screen).setFocus();
   }
   DetailGrid& grid(std::string_view screen = kMain) { return static_cast<FrmTbDetailView&>(view(screen)).grid(); }

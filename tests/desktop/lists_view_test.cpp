@@ -40,7 +40,7 @@ TEST_F(ListsViewTest, APersonWritesAMemo) {
   settle();
   auto& grid = control<PlainGrid>("frmMemo", "Spread");
   EXPECT_TRUE(control("frmMemo", "lblEdit").isHidden());
-  view("frmMemo").activateWindow();
+  activate("frmMemo");
   grid.setFocus();
   grid.goTo(memo_col::kSymbol, 1);
   QTest::keyClicks(&grid, QStringLiteral("A"));
@@ -77,7 +77,7 @@ TEST_F(ListsViewTest, APersonDefinesCounts) {
   press("frmKENSU", "CmdRef");
   EXPECT_FALSE(control("frmKENSU", "lstTb").isHidden());
 
-  view("frmKENSU").activateWindow();
+  activate("frmKENSU");
   type(control("frmKENSU", "TxtName"), "月次件数");
   type(control("frmKENSU", "Txtbiko"), "ひと月の件数");
   scripted.expect("確認", "件数が未設定です.");
@@ -124,8 +124,7 @@ TEST_F(ListsViewTest, APersonRunsAReport) {
   EXPECT_EQ(control<QLabel>("frmReport", "lblKata:0").text(), QStringLiteral("long"));
   EXPECT_FALSE(control("frmReport", "TxtPara:1").isEnabled());
 
-  view("frmReport").activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&view("frmReport")));
+  activate("frmReport");
   type(parameter, "abc");
   scripted.expect("確認", "Queryを実行します.", kYes);
   scripted.expect("確認", "数値以外が設定されています.");

@@ -17,9 +17,9 @@
 namespace quillmarden {
 namespace {
 
-using Path = std::vector<QString>;  ///< of an entry: those of the submenus above it, and its own name
+using EntryPath = QStringList;  ///< of an entry: those of the submenus above it, and its own name
 
-QString nameOf(const QAction& action) { return action.objectName().isEmpty() ? action.text() : action.objectName(); }
+QString entryName(const QAction& action) { return action.objectName().isEmpty() ? action.text() : action.objectName(); }
 
 /// Real popups, with messages that turn the event loop as those of a display do: what a menu's entry starts goes on
 /// while the menu closes.
@@ -54,11 +54,11 @@ class PopupTest : public DesktopTest {
     while (QWidget* popup = QApplication::activePopupWidget()) popup->close();
   }
 
-  static void collect(QMenu& menu, Path path, std::vector<Path>& found) {
+  static void collect(QMenu& menu, EntryPath path, std::vector<EntryPath>& found) {
     Q_EMIT menu.aboutToShow();
     for (QAction* action : menu.actions()) {
       if (action->isSeparator() || !action->isVisible() || !action->isEnabled()) continue;
-      path.push_back(nameOf(*action));
+      path.push_back(entryName(*action));
       if (action->menu())
         collect(*action->menu(), path, found);
       else
@@ -69,7 +69,7 @@ class PopupTest : public DesktopTest {
 
   static QAction* actionOf(const QMenu& menu, const QString& name) {
     for (QAction* action : menu.actions())
-      if (nameOf(*action) == name && action->isVisible() && action->isEnabled()) return action;
+      if (entryName(*action) == name && action->isVisible() && action->isEnabled()) return action;
     return nullptr;
   }
 
@@ -82,9 +82,9 @@ class PopupTest : public DesktopTest {
 
   /// Opens the menu and presses the entry, with the mouse or with the keyboard. False when it is not offered any more,
   /// as an entry for chosen rows is when none are left.
-  bool pick(const Opener& opener, const Path& path, bool mouse) {
+  bool pressEntry(const Opener& opener, const EntryPath& path, bool mouse) {
     QMenu* menu = open(opener);
-    for (std::size_t level = 0; menu && level < path.size(); ++level) {
+    for (qsizetype level = 0; menu && level < path.size(); ++level) {
       QAction* action = actionOf(*menu, path[level]);
       if (!action) break;
       const bool leaf = level + 1 == path.size();
@@ -112,18 +112,20 @@ class PopupTest : public DesktopTest {
   /// Every entry of the menu that the opener opens, twice.
   int pressAll(const Opener& opener) {
     restore();
-    std::vector<Path> paths;
+    std::vector<EntryPath> paths;
     if (QMenu* menu = open(opener)) collect(*menu, {}, paths);
     closePopups();
     settle();
     int pressed = 0;
-    for (const Path& path : paths) {
+    for (const EntryPath& path : paths) {
       SCOPED_TRACE(fromQt(path.join('/')));
       for (const bool mouse : {true, false}) {
         restore();
-        if (pick(opener, path, mouse)) ++pressed;
+        if (pressEntry(opener, path, mouse)) ++pressed;
         EXPECT_FALSE(turn.running());
-        EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "a menu stayed open";
+        // This one leads on to the menu of what was chosen.
+        const bool leadsOn = path.constLast() == "mnuSelectPut";
+        EXPECT_TRUE(leadsOn || !QApplication::activePopupWidget()) << "a menu stayed open";
         closePopups();
       }
     }
@@ -245,7 +247,15 @@ TEST_F(PopupTest, EveryEntryOfTheOtherMenusTwice) {
   EXPECT_EQ(pressAll([this] { rightClick("frmdetailslist", "lstDetails"); }), 2);
   opened("frmDivision");
   EXPECT_EQ(pressAll([this] { rightClick("frmDivision", "lstDivision"); }), 2 * 3);
-  opened("frmDivision");
+  restore = [this, again = restore] {
+    again();
+    app.division.changed = false;
+    turn.run([this] {
+      app.division.lstDivision.listIndex = 0;
+      lstDivision_Click(app.session, app.host, app.division);
+    });
+    settle();
+  };
   EXPECT_EQ(pressAll([this] { rightClick("frmDivision", "Spread"); }), 2 * 3);
   opened("frmMemo");
   EXPECT_EQ(pressAll([this] { rightClick("frmMemo", "Spread"); }), 2);

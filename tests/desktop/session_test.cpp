@@ -133,7 +133,7 @@ TEST_F(SessionTest, KeysAndMenusOfTheListActOnTheChosenRows) {
   chooseRow("frmTBList", "LstTable", 0);
   chooseRow("frmTBList", "LstTable", 2, Qt::ControlModifier);
   auto& table = control<QAbstractItemView>("frmTBList", "LstTable");
-  view("frmTBList").activateWindow();
+  activate("frmTBList");
   table.setFocus();
   QTest::keyClick(&table, Qt::Key_D, Qt::ControlModifier);
   EXPECT_EQ(scripted.clipboard, names()[0] + "\r\n" + names()[2]);
@@ -156,6 +156,7 @@ TEST_F(SessionTest, KeysAndMenusOfTheListActOnTheChosenRows) {
   ASSERT_NE(editable, nullptr);
   scripted.expect("確認", "編集不可にします.", kNo);
   editable->trigger();
+  settle();
   menu->close();
 }
 
@@ -184,7 +185,7 @@ TEST_F(SessionTest, TheMenuBarFollowsTheSystem) {
 TEST_F(SessionTest, WindowsCloseAsTheShellDecides) {
   logInTo("販売管理_Oracle");
   turn.run([this] { openScreen(app, "frmAbout"); });
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&view("frmAbout")));
+  activate("frmAbout");
   QTest::keyClick(&view("frmAbout"), Qt::Key_Escape);
   settle();
   EXPECT_EQ(front->find("frmAbout"), nullptr);

@@ -19,10 +19,6 @@ namespace {
 /// Windows as a person goes through them: with the mouse, with the keyboard, from one to the next.
 class WindowTest : public DesktopTest {
  protected:
-  void activate(std::string_view screen) {
-    view(screen).activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&view(screen)));
-  }
   void openHeader(int row) {
     turn.run([&] { openTableInfo(app, tableListId(app.list.LstTable.rows[static_cast<std::size_t>(row)])); });
     settle();
@@ -127,6 +123,7 @@ TEST_F(WindowTest, AnOpenDropDownKeepsItsEscapeAndEnter) {
   settle();
   ASSERT_TRUE(sees("frmTBInfo")) << "no key of the window behind works meanwhile";
   stat.hidePopup();
+  activate("frmTBInfo");
   scripted.expect("確認",
                   "内容が変更されています.\n    " + app.tbInfo.TxtJPN.text + "\nの編集を続けますか?", kByClosing);
   QTest::keyClick(&stat, Qt::Key_Escape);

@@ -29,6 +29,7 @@ class LostWorkTest : public ShellTest {
              }},
             {"frmMemo",
              [this] {
+               chooseRow(0);
                openMemo(app, "frmTBDetail");
                Spread_Change(app.memo, 1, 1);
              }},
@@ -44,7 +45,7 @@ class LostWorkTest : public ShellTest {
              }},
             {"frmDiviInfo", [this] {
                mnuAdd_Click(app.session, app.windows, app.diviInfo);
-               app.diviInfo.TxtMemo.text = "typed";
+               app.diviInfo.TxtDivName.text = "typed";
              }}};
   }
 };
@@ -89,8 +90,14 @@ TEST_F(LostWorkTest, AnotherTableOrSystemAsksBeforeItTakesTheScreen) {
   CmdSystem_Click(app);
   app.systemInf.TxtMemo.text = "改";
   app.list.CmbSystem.text = "<新しいシステム>";
+  expectKeepEditing("販売", kYes);
   chooseSystem(app);
+  EXPECT_EQ(app.list.CmbSystem.text, "販売");
+  EXPECT_EQ(app.systemInf.TxtMemo.text, "改");
+  app.list.CmbSystem.text = "<新しいシステム>";
   expectKeepEditing("販売", kNo);
+  chooseSystem(app);
+  EXPECT_FALSE(app.open.has("frmSystemInf") || app.open.has("frmTBInfo")) << "they speak of the former System";
   CmdSystem_Click(app);
   EXPECT_EQ(app.systemInf.TxtSystemName.text, "");
 }
