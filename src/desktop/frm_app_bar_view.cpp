@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QScreen>
+#include <QTimer>
 #include <QToolButton>
 #include <utility>
 
@@ -21,10 +22,16 @@ namespace quillmarden {
 namespace {
 
 constexpr int kLogInWidth = 320;
+constexpr int kFrameComesMs = 200;
 
 }  // namespace
 
-FrmAppBarView::FrmAppBarView(Front& front, std::string screen) : View(front, std::move(screen)) {
+FrmAppBarView::FrmAppBarView(Front& front, std::string screen)
+    : View(front, std::move(screen)), comeIn_(new QTimer(this)) {
+  // A window manager puts its frame around the window a moment later.
+  comeIn_->setSingleShot(true);
+  comeIn_->setInterval(kFrameComesMs);
+  connect(comeIn_, &QTimer::timeout, this, [this] { bringIn(*this); });
   binder().bindTitle(this, app().bar.caption);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(10, 6, 10, 6);
@@ -75,12 +82,12 @@ QRect FrmAppBarView::screenRoom() const { return QWidget::screen()->availableGeo
 
 void FrmAppBarView::resizeEvent(QResizeEvent* event) {
   View::resizeEvent(event);
-  bringIn(*this);
+  comeIn_->start();
 }
 
 void FrmAppBarView::showEvent(QShowEvent* event) {
   View::showEvent(event);
-  bringIn(*this);
+  comeIn_->start();
 }
 
 QToolButton* FrmAppBarView::addButton(const char* name, Glyph glyph, const std::string& caption, Handler handler) {

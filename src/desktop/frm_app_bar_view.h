@@ -2,6 +2,8 @@
 
 #include "desktop/view.h"
 
+class QTimer;
+
 namespace quillmarden {
 
 /// The bar that is there as long as the session.
@@ -20,6 +22,7 @@ class FrmAppBarView : public View {
   QToolButton* addButton(const char* name, Glyph glyph, const std::string& caption, Handler handler);
   QToolButton* makeMenuButton();
 
+  QTimer* comeIn_;
   std::vector<QToolButton*> buttons_;
   int captionsWidth_ = 0;
 };

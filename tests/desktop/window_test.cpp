@@ -205,7 +205,8 @@ TEST_F(WindowTest, TheBarLiesOnTheScreenWhateverThePath) {
   turn.run([this] { app.windows.close("frmAppBar"); });
   turn.run([this] { openScreen(app, "frmAppBar"); });
   settle();
-  EXPECT_TRUE(room.contains(view("frmAppBar").geometry())) << "a place kept from a bigger screen";
+  EXPECT_TRUE(QTest::qWaitFor([&] { return room.contains(view("frmAppBar").geometry()); }, 2000))
+      << "a place kept from a bigger screen";
 }
 
 }  // namespace

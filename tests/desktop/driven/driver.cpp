@@ -83,9 +83,15 @@ bool Driver::await(const char* what, const std::function<bool()>& seen, int mill
   return false;
 }
 
+void Driver::awaitQuiet() {
+  // Input in the middle of a long run is refused, as its panel shows; a person waits for that.
+  await("the end of a run", [this] { return !turn_.running() || QApplication::activeModalWidget(); }, 60'000);
+}
+
 void Driver::click(const QPoint& place, int button, int times) {
-  QStringList arguments{"mousemove", "--sync", QString::number(place.x()), QString::number(place.y())};
-  // Two steps: what lights up under the pointer does so before the press.
+  awaitQuiet();
+  // What lights up under the pointer does so before the press.
+  QStringList arguments{"mousemove", QString::number(place.x()), QString::number(place.y()), "sleep", "0.03"};
   if (times > 0) arguments << "click";
   if (times > 1) arguments << "--repeat" << QString::number(times) << "--delay" << "60";
   if (times > 0) arguments << QString::number(button);
@@ -94,11 +100,13 @@ void Driver::click(const QPoint& place, int button, int times) {
 }
 
 void Driver::key(const char* keys) {
+  awaitQuiet();
   xdotool({"key", "--delay", "20", QString::fromLatin1(keys)});
   pause(40);
 }
 
 void Driver::type(const std::string& text) {
+  awaitQuiet();
   xdotool({"type", "--delay", "12", toQt(text)});
   pause(40);
 }
@@ -215,10 +223,7 @@ void Driver::answer(const char* text, const char* keys) {
   };
   if (!await(text, found)) return;
   key(keys);
-  // What follows shows its message, or is done before a person can press the next thing.
-  await("the message's end", [&] {
-    return shown() != question && (!turn_.running() || QApplication::activeModalWidget());
-  });
+  await("the message's end", [&] { return shown() != question; });
 }
 
 void Driver::picture(const std::string& name) {

@@ -76,6 +76,7 @@ class Driver {
   ScriptedHost& outside() { return scripted_; }
 
  private:
+  void awaitQuiet();
   void picture(const std::string& name);
 
   ScriptedHost scripted_;  ///< for its folders, and for what is handed to other programs
