@@ -253,8 +253,7 @@ void Binder::attach(QAction* action, MenuItem& control, Handler handler) {
   // A mark that a press has set on the widget goes back to what the record says after the handler. The handler waits
   // for the menu that the press may come from.
   if (handler)
-    QObject::connect(action, &QAction::triggered, &context_,
-                     [this, handler = std::move(handler)] { later(handler); });
+    QObject::connect(action, &QAction::triggered, &context_, [this, handler = std::move(handler)] { later(handler); });
   show([action, &control] {
     if (action->isEnabled() != control.enabled) action->setEnabled(control.enabled);
     if (action->isVisible() != control.visible) action->setVisible(control.visible);

@@ -39,10 +39,10 @@ class Binder {
 
   /// Binds a control under its name in the record, which becomes the widget's object name, and gives the widget back
   /// for the layout. The handler runs after: the text changed by a person (TextBox); a pick from the list (ComboBox;
-  /// typing alone is only noted); a click (CheckBox, OptionButton, Button, MenuItem); another choice of rows, or a click
-  /// on a chosen one (ListBox).
-  /// The pairs: QLabel Label · QLineEdit or QPlainTextEdit TextBox · QAbstractButton CheckBox, OptionButton or Button ·
-  /// QAction MenuItem · QComboBox ComboBox · QAbstractItemView ListBox · QWidget Picture.
+  /// typing alone is only noted); a click (CheckBox, OptionButton, Button, MenuItem); another choice of rows, or a
+  /// click on a chosen one (ListBox). The pairs: QLabel Label · QLineEdit or QPlainTextEdit TextBox · QAbstractButton
+  /// CheckBox, OptionButton or Button · QAction MenuItem · QComboBox ComboBox · QAbstractItemView ListBox · QWidget
+  /// Picture.
   template <typename Widget, typename Control>
   Widget* bind(std::string_view name, Widget* widget, Control& control, Handler handler = {}) {
     note(name, widget);

@@ -25,7 +25,9 @@ void drawChevron(QPainter& painter, const QPointF& middle, const QColor& colour)
 void drawField(QPainter& painter, const QStyleOption& option, bool fault) {
   const Palette& colours = palette();
   const bool enabled = option.state.testFlag(QStyle::State_Enabled);
-  painter.setPen(fault ? colours.fault : option.state.testFlag(QStyle::State_HasFocus) && enabled ? colours.accent : colours.line);
+  painter.setPen(fault                                                      ? colours.fault
+                 : option.state.testFlag(QStyle::State_HasFocus) && enabled ? colours.accent
+                                                                            : colours.line);
   painter.setBrush(enabled ? colours.field : colours.window);
   painter.drawRoundedRect(lineRect(option.rect), 5, 5);
 }

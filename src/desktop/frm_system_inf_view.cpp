@@ -213,11 +213,10 @@ QWidget* FrmSystemInfView::makeRename() {
   QGroupBox* group = fieldGroup("システム名の変更");
   QFormLayout* fields = fieldsOf(group);
   fields->addRow(QStringLiteral("変更前"), line("TxtSystemNameOld", record_.TxtSystemNameOld));
-  fields->addRow(
-      QStringLiteral("変更後"),
-      sideBySide({line("TxtSystemNameNew", record_.TxtSystemNameNew),
-                  button("cmdChange", "変更", "システム名を変更し、ログオフします.", record_.cmdChange,
-                         [this] { cmdChange_Click(app()); })}));
+  fields->addRow(QStringLiteral("変更後"),
+                 sideBySide({line("TxtSystemNameNew", record_.TxtSystemNameNew),
+                             button("cmdChange", "変更", "システム名を変更し、ログオフします.", record_.cmdChange,
+                                    [this] { cmdChange_Click(app()); })}));
   return binder().bind("fraSystemChange", static_cast<QWidget*>(group), record_.fraSystemChange);
 }
 

@@ -21,8 +21,8 @@ std::string screenOf(const View& view, const Menu& menu) {
   return view.screen().substr(0, view.screen().find(':')) == menu.screen ? view.screen() : menu.screen;
 }
 
-/// The press runs when the menu has let go of it: handlers open messages and yield, and a menu that waits for them in the
-/// middle of its own event does not live through that.
+/// The press runs when the menu has let go of it: handlers open messages and yield, and a menu that waits for them in
+/// the middle of its own event does not live through that.
 void press(View& view, const std::string& screen, const MenuEntry& entry) {
   view.later([&app = view.app(), screen, &entry] { pressMenu(app, screen, entry.name, entry.index); });
 }
@@ -75,10 +75,9 @@ void addKeys(View& view, const std::string& screen, QWidget* widget, const std::
     if (entry.keys.empty()) continue;
     const auto* key =
         new QShortcut(QKeySequence(toQt(entry.keys)), widget, nullptr, nullptr, Qt::WidgetWithChildrenShortcut);
-    QObject::connect(key, &QShortcut::activated, &view,
-                     view.binder().act([&app = view.app(), screen, &entry] {
-                       pressMenu(app, screen, entry.name, entry.index);
-                     }));
+    QObject::connect(key, &QShortcut::activated, &view, view.binder().act([&app = view.app(), screen, &entry] {
+      pressMenu(app, screen, entry.name, entry.index);
+    }));
   }
 }
 

@@ -153,9 +153,9 @@ QTabWidget::pane { border: 1px solid @line; border-radius: 6px; top: -1px; }
 QString styleSheet(const Palette& c) {
   QString sheet = QString::fromUtf8(kStyleSheet);
   const std::pair<const char*, const QColor*> names[] = {
-      {"@accentText", &c.accentText}, {"@accent", &c.accent}, {"@warning", &c.warning}, {"@fault", &c.fault}, {"@surface", &c.surface},
-      {"@window", &c.window},         {"@stripe", &c.stripe}, {"@field", &c.field},     {"@faint", &c.faint},
-      {"@hover", &c.hover},           {"@text", &c.text},     {"@line", &c.line}};
+      {"@accentText", &c.accentText}, {"@accent", &c.accent}, {"@warning", &c.warning}, {"@fault", &c.fault},
+      {"@surface", &c.surface},       {"@window", &c.window}, {"@stripe", &c.stripe},   {"@field", &c.field},
+      {"@faint", &c.faint},           {"@hover", &c.hover},   {"@text", &c.text},       {"@line", &c.line}};
   for (const auto& [name, colour] : names) sheet.replace(QLatin1String(name), colour->name());
   return sheet;
 }

@@ -71,7 +71,8 @@ void View::takeFocus(std::string_view& focus) {
   if (!widget) return;
   // It may lie on a page that is behind another one.
   for (QWidget* around = widget; around; around = around->parentWidget())
-    if (auto* tabs = qobject_cast<QTabWidget*>(around->parentWidget() ? around->parentWidget()->parentWidget() : nullptr))
+    if (auto* tabs =
+            qobject_cast<QTabWidget*>(around->parentWidget() ? around->parentWidget()->parentWidget() : nullptr))
       tabs->setCurrentWidget(around);
   widget->setFocus();
   if (auto* text = qobject_cast<QLineEdit*>(widget)) text->selectAll();

@@ -141,7 +141,8 @@ bool CmdUpDate_Click(Session& session, Host& host, frmDivision& screen) {
 }
 
 bool CmdClose_Click(Host& host, frmDivision& screen) {
-  if (screen.changed && gMsgBox(host, "データが修正されていますが閉じますか?", kYesNo | kQuestionIcon | kDefaultSecond) != kYes)
+  if (screen.changed &&
+      gMsgBox(host, "データが修正されていますが閉じますか?", kYesNo | kQuestionIcon | kDefaultSecond) != kYes)
     return true;
   screen.unloaded = true;
   return false;

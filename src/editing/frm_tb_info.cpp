@@ -195,7 +195,9 @@ void CmbStat_Change(Host& host, frmTBInfo& screen) {
   TextBox* const dates[] = {&screen.TxtMakeDate, &screen.TxtEndDate, &screen.TxtChgDate};
   const bool any =
       std::any_of(std::begin(dates), std::end(dates), [](const TextBox* date) { return !trim(date->text).empty(); });
-  if (!any || gMsgBox(host, "作成日/完了日/変更日を初期化します.", kYesNo | kQuestionIcon | kDefaultSecond, "確認") != kYes) return;
+  if (!any ||
+      gMsgBox(host, "作成日/完了日/変更日を初期化します.", kYesNo | kQuestionIcon | kDefaultSecond, "確認") != kYes)
+    return;
   for (TextBox* date : dates) date->text.clear();
 }
 

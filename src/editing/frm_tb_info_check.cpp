@@ -62,7 +62,8 @@ HeaderFault missing(const frmTBInfo& screen) {
 }
 
 HeaderFault forbiddenCharacter(const frmTBInfo& screen) {
-  if (holdsAny(screen.TxtJPN.text, kNameSigns)) return {"日本語名に使用しては\nいけない文字が含まれています.", "TxtJPN"};
+  if (holdsAny(screen.TxtJPN.text, kNameSigns))
+    return {"日本語名に使用しては\nいけない文字が含まれています.", "TxtJPN"};
   std::string_view name = trim(screen.TxtTableName.text);
   // A table that was read from a live database bears an "@" at its end.
   if (screen.loadedReverse && name.ends_with('@')) name.remove_suffix(1);
@@ -84,7 +85,8 @@ HeaderFault badDate(const frmTBInfo& screen, std::string_view made, std::string_
       {&screen.TxtEndDate, "TxtEndDate", ended},
       {&screen.TxtChgDate, "TxtChgDate", changed}};
   for (const auto& [box, control, word] : dates)
-    if (!blank(box->text) && !parseDateTime(trim(box->text))) return {fmt::format("{}が不正な日付です.", word), control};
+    if (!blank(box->text) && !parseDateTime(trim(box->text)))
+      return {fmt::format("{}が不正な日付です.", word), control};
   return {};
 }
 
@@ -115,8 +117,8 @@ bool tell(Host& host, frmTBInfo& screen, const HeaderFault& fault) {
 }
 
 bool check(Session& session, Host& host, frmTBInfo& screen) {
-  for (const HeaderFault& fault : {missing(screen), forbiddenCharacter(screen), tooLong(screen),
-                                   badDate(screen, "作成日", "完了日", "変更日")})
+  for (const HeaderFault& fault :
+       {missing(screen), forbiddenCharacter(screen), tooLong(screen), badDate(screen, "作成日", "完了日", "変更日")})
     if (tell(host, screen, fault)) return true;
   return kindMustStay(session, host, screen) || tell(host, screen, nameInUse(session, screen));
 }

@@ -13,9 +13,9 @@ constexpr std::array kInputBoxes = {&frmTBInfo::TxtJPN,      &frmTBInfo::TxtTabl
                                     &frmTBInfo::TxtMemo,     &frmTBInfo::TxtInpForm,   &frmTBInfo::TxtTanto,
                                     &frmTBInfo::TxtMakeDate, &frmTBInfo::TxtEndDate,   &frmTBInfo::TxtChgDate,
                                     &frmTBInfo::TxtTbSpace,  &frmTBInfo::TxtIndexSpace};
-constexpr std::array kInputLists = {&frmTBInfo::CmbBunrui,      &frmTBInfo::CmbHost,       &frmTBInfo::CmbFileType,
-                                    &frmTBInfo::CmbKanKaku,     &frmTBInfo::CmbDataBunrui, &frmTBInfo::CmbDataBunrui2,
-                                    &frmTBInfo::CmbInpData,     &frmTBInfo::CmbStat,       &frmTBInfo::CmbKensu};
+constexpr std::array kInputLists = {&frmTBInfo::CmbBunrui,  &frmTBInfo::CmbHost,       &frmTBInfo::CmbFileType,
+                                    &frmTBInfo::CmbKanKaku, &frmTBInfo::CmbDataBunrui, &frmTBInfo::CmbDataBunrui2,
+                                    &frmTBInfo::CmbInpData, &frmTBInfo::CmbStat,       &frmTBInfo::CmbKensu};
 constexpr std::array kInputMarks = {&frmTBInfo::ChkEditOK,  &frmTBInfo::ChkAllSystem, &frmTBInfo::ChkRecUpdate,
                                     &frmTBInfo::ChkReverse, &frmTBInfo::ChkPmark,     &frmTBInfo::ChkBRIN,
                                     &frmTBInfo::ChkTrigger};

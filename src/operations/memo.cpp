@@ -113,7 +113,8 @@ bool gGetMasTableMemo(Session& session, Host& host, frmMemo& screen, std::string
 void Spread_Change(frmMemo& screen, int, int) { setChanged(screen, true); }
 
 void mnuClear_Click(Host& host, frmMemo& screen) {
-  if (!screen.mnuClear.enabled || gMsgBox(host, "選択された範囲をクリアします.", kYesNo | kQuestionIcon | kDefaultSecond) != kYes)
+  if (!screen.mnuClear.enabled ||
+      gMsgBox(host, "選択された範囲をクリアします.", kYesNo | kQuestionIcon | kDefaultSecond) != kYes)
     return;
   const int lastRow = std::min(screen.block.lastRow, screen.Spread.maxRows());
   for (int row = screen.block.firstRow; row <= lastRow; ++row)

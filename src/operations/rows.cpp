@@ -236,7 +236,8 @@ void CmdAddNew_Click(Session& session, Host& host, frmKENSU& screen) { startNew(
 void CmdClear_Click(Session& session, Host& host, frmKENSU& screen) { startNew(session, host, screen); }
 
 bool CmdClose_Click(Host& host, frmKENSU& screen) {
-  if (isChanged(screen) && gMsgBox(host, "画面を閉じます.", kYesNo | kQuestionIcon | kDefaultSecond) != kYes) return true;
+  if (isChanged(screen) && gMsgBox(host, "画面を閉じます.", kYesNo | kQuestionIcon | kDefaultSecond) != kYes)
+    return true;
   screen.unloaded = true;
   return false;
 }

@@ -16,12 +16,12 @@ namespace quillmarden {
 /// work on all of its tables.
 struct frmSystemInf {
   std::string caption = "システム基本情報";
-  SystemRecord record;         ///< as read; its id is 0 and its name blank for a new System
-  std::string_view focus;      ///< the control that the last message was about; the view goes there and clears it
-  bool unloaded = false;       ///< the screen is done
-  bool made = false;           ///< its save has made a System
+  SystemRecord record;     ///< as read; its id is 0 and its name blank for a new System
+  std::string_view focus;  ///< the control that the last message was about; the view goes there and clears it
+  bool unloaded = false;   ///< the screen is done
+  bool made = false;       ///< its save has made a System
   std::vector<std::string> loadedInput;  ///< what stood in the boxes
-  bool hasAccessFile = false;  ///< this Repository has the column of the default Access file
+  bool hasAccessFile = false;            ///< this Repository has the column of the default Access file
 
   TextBox TxtSystemName;  ///< locked for a System that exists: its name changes through cmdChange alone
   TextBox TxtMemo;

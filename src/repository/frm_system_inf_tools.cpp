@@ -6,8 +6,8 @@
 namespace quillmarden {
 namespace {
 
-/// Asks, runs the work in one transaction, and tells how many rows it changed. What such a run writes over in all tables
-/// nobody can bring back, so that [Enter] alone begins none.
+/// Asks, runs the work in one transaction, and tells how many rows it changed. What such a run writes over in all
+/// tables nobody can bring back, so that [Enter] alone begins none.
 template <typename Work>
 void runTool(Session& session, Host& host, const Button& button, std::string_view question, Work&& work) {
   if (!button.enabled || gMsgBox(host, question, kYesNo | kQuestionIcon | kDefaultSecond) != kYes) return;

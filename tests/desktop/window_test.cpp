@@ -124,8 +124,8 @@ TEST_F(WindowTest, AnOpenDropDownKeepsItsEscapeAndEnter) {
   ASSERT_TRUE(sees("frmTBInfo")) << "no key of the window behind works meanwhile";
   stat.hidePopup();
   activate("frmTBInfo");
-  scripted.expect("確認",
-                  "内容が変更されています.\n    " + app.tbInfo.TxtJPN.text + "\nの編集を続けますか?", kByClosing);
+  scripted.expect("確認", "内容が変更されています.\n    " + app.tbInfo.TxtJPN.text + "\nの編集を続けますか?",
+                  kByClosing);
   QTest::keyClick(&stat, Qt::Key_Escape);
   settle();
   EXPECT_TRUE(sees("frmTBInfo"));
@@ -162,8 +162,8 @@ TEST_F(WindowTest, AHeaderMarksAllThatIsMissingAndSavesByItsKey) {
 TEST_F(WindowTest, ShiftF10OpensTheMenuOfWhatHasTheFocus) {
   logInTo("販売管理_Oracle");
   chooseRow("frmTBList", "LstTable", 0);
-  for (const auto& [screen, name, menu] : {std::tuple("frmTBList", "LstTable", "mnutEdit"),
-                                           {"frmTBDetail", "Spread", ""}}) {
+  for (const auto& [screen, name, menu] :
+       {std::tuple("frmTBList", "LstTable", "mnutEdit"), {"frmTBDetail", "Spread", ""}}) {
     SCOPED_TRACE(name);
     activate(screen);
     control(screen, name).setFocus();

@@ -263,7 +263,8 @@ TEST_F(TableListTest, RowCommandsAskAndWrite) {
 
   scripted.expect("削除確認", "選択された\n  [A]\n  [B]\nを削除します.", kByEnter);
   mnuDelete_Click(session, scripted.host, list);
-  EXPECT_EQ(cell("SELECT Count(*) AS n FROM MAS_TABLEINFO WHERE 削除フラグ <> 0"), "0") << "[Enter] alone deletes nothing";
+  EXPECT_EQ(cell("SELECT Count(*) AS n FROM MAS_TABLEINFO WHERE 削除フラグ <> 0"), "0")
+      << "[Enter] alone deletes nothing";
   scripted.expect("削除確認", "選択された\n  [A]\n  [B]\nを削除します.", kYes);
   mnuDelete_Click(session, scripted.host, list);
   EXPECT_EQ(names(), (Lines{"C"}));

@@ -85,7 +85,8 @@ bool Driver::await(const char* what, const std::function<bool()>& seen, int mill
 
 void Driver::awaitQuiet() {
   // Input in the middle of a long run is refused, as its panel shows; a person waits for that.
-  await("the end of a run", [this] { return !turn_.running() || QApplication::activeModalWidget(); }, 60'000);
+  await(
+      "the end of a run", [this] { return !turn_.running() || QApplication::activeModalWidget(); }, 60'000);
 }
 
 void Driver::click(const QPoint& place, int button, int times) {
@@ -93,7 +94,9 @@ void Driver::click(const QPoint& place, int button, int times) {
   // What lights up under the pointer does so before the press.
   QStringList arguments{"mousemove", QString::number(place.x()), QString::number(place.y()), "sleep", "0.03"};
   if (times > 0) arguments << "click";
-  if (times > 1) arguments << "--repeat" << QString::number(times) << "--delay" << "60";
+  if (times > 1)
+    arguments << "--repeat" << QString::number(times) << "--delay"
+              << "60";
   if (times > 0) arguments << QString::number(button);
   xdotool(arguments);
   pause(60);

@@ -128,7 +128,8 @@ TEST_F(Restless, NothingGoesDown) {
   person.run([&] {
     person.awaitScreen("frmLogInNew");
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-    while (std::chrono::steady_clock::now() < end && !HasFailure() && !person.look([&] { return person.app().ended; })) {
+    while (std::chrono::steady_clock::now() < end && !HasFailure() &&
+           !person.look([&] { return person.app().ended; })) {
       step();
       ++steps;
     }
