@@ -21,7 +21,7 @@ namespace {
 
 volatile sig_atomic_t stopAsked = 0;
 
-extern "C" void onInterrupt(int) { stopAsked = 1; }
+extern "C" void onStop(int) { stopAsked = 1; }
 
 bool writeAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
@@ -129,11 +129,18 @@ void prepareProcess() {
   for (int descriptor = 0; descriptor <= 2; ++descriptor) {
     if (fcntl(descriptor, F_GETFD) == -1 && open("/dev/null", O_RDONLY) == -1) std::_Exit(1);
   }
+  // A reader that has gone, and a limit on files, are errors of the write.
   signal(SIGPIPE, SIG_IGN);
+  signal(SIGXFSZ, SIG_IGN);
   struct sigaction action {};
-  action.sa_handler = onInterrupt;
+  action.sa_handler = onStop;
   action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
-  sigaction(SIGINT, &action, nullptr);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction former {};
+    // Whoever started the program so that it outlives its terminal means it.
+    if (number == SIGHUP && sigaction(number, nullptr, &former) == 0 && former.sa_handler == SIG_IGN) continue;
+    sigaction(number, &action, nullptr);
+  }
 }
 
 bool interrupted() { return stopAsked != 0; }

@@ -12,7 +12,8 @@ namespace quillmarden {
 Host consoleHost(const Options& options);
 
 /// Keeps closed standard descriptors from being taken by the next file that is opened, lets a broken pipe be an error
-/// of the write, and turns the first interrupt into a request to stop; a second one ends the program.
+/// of the write, and turns the first interrupt, termination or hang-up into a request to stop; a second one of its kind
+/// ends the program.
 void prepareProcess();
 /// Whether the user has asked to stop.
 bool interrupted();

@@ -63,6 +63,7 @@ bool logIn(Run& run, bool sweep) {
   std::string name = file.filename().string();
 
   openUserData(run.session, run.host);
+  run.session.outputsStay = true;
   std::string message;
   if (!gConnectRepository(run.session, run.host, true, folder, name, user, message, run.isAdmin))
     return failure(run, message) == kDone;

@@ -40,7 +40,8 @@ ExitStatus runEr(Run& run, const ErOptions& options) {
   choice.fields = fieldsOf(options.mode);
   choice.foreignOnly = options.foreignOnly;
   frmTBDetail detail;
-  return printFile(run, pPutExcel2ER(run.session, run.host, books, list, detail, choice));
+  const std::string path = pPutExcel2ER(run.session, run.host, books, list, detail, choice);
+  return printFile(run, books, path);
 }
 
 }  // namespace

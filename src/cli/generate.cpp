@@ -30,8 +30,7 @@ ExitStatus report(Run& run, const RunResult& result) {
     std::string place = table.empty() ? "ファイルの先頭" : table;
     status = failure(run, fmt::format("CP932で表せない文字があります.\n {} :{}", place, names));
   }
-  if (interrupted()) status = failure(run, fmt::format("中断しました. {}件まで出力しています.", result.tables));
-  return status;
+  return result.stopped ? kFailed : status;
 }
 
 }  // namespace
@@ -74,9 +73,9 @@ bool chooseTables(Run& run, const std::string& system, const std::vector<std::st
   return true;
 }
 
-ExitStatus printFile(Run& run, const std::string& path) {
+ExitStatus printFile(Run& run, const BookRun& books, const std::string& path) {
   if (path.empty()) return kFailed;
-  if (interrupted()) return failure(run, "中断しました.");
+  if (books.stopped) return failure(run, "中断しました.\n 途中までのファイル : " + path);
   run.output = path + "\n";
   return kDone;
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/command.h"
+#include "excel/book_run.h"
 #include "sqlgen/frame.h"
 
 namespace quillmarden {
@@ -37,8 +38,9 @@ std::vector<int> chosenRows(Run& run, const frmTBList& list, const std::vector<s
 std::vector<int> allRows(const frmTBList& list);
 /// The list screen of a System with the named tables in LstTableSel; none means all. False after a message.
 bool chooseTables(Run& run, const std::string& system, const std::vector<std::string>& tables, frmTBList& list);
-/// Prints the path of what a routine has made. A routine that gave "" has told why, or was answered "no".
-ExitStatus printFile(Run& run, const std::string& path);
+/// Prints the path of what a routine has made. A routine that gave "" has told why, or was answered "no"; what a stopped
+/// one has left is told.
+ExitStatus printFile(Run& run, const BookRun& books, const std::string& path);
 
 /// Writes the script of the chosen tables and prints its path. A run with lost characters, one that was stopped, and
 /// one that wrote nothing for its only table fail after a message.

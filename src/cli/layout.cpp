@@ -5,6 +5,7 @@
 #include "cli/console_host.h"
 #include "cli/console_session.h"
 #include "cli/generate.h"
+#include "excel/layout_names.h"
 #include "excel/table_layout.h"
 
 namespace quillmarden {
@@ -51,6 +52,7 @@ ExitStatus runLayout(Run& run, const LayoutOptions& options) {
     }
     run.host.dialogs.progress(++done, static_cast<long>(rows.size()));
   }
+  tellNumbered(run.host, books);
   return status;
 }
 

@@ -26,7 +26,7 @@ ExitStatus runList(Run& run, const ListOptions& options) {
   if (!chooseTables(run, options.system, options.tables, list)) return kFailed;
   BookRun books;
   books.outputFile = options.output;
-  return printFile(run, pPutTableListLayout2Excel(run.session, run.host, books, list, options.fields, false));
+  return printFile(run, books, pPutTableListLayout2Excel(run.session, run.host, books, list, options.fields, false));
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ ExitStatus runMembers(Run& run, const MembersOptions& options) {
   if (!chooseTables(run, options.system, options.tables, list)) return kFailed;
   BookRun books;
   books.outputFile = options.output;
-  return printFile(run, pPutMemberExcel(run.session, run.host, books, list, false));
+  return printFile(run, books, pPutMemberExcel(run.session, run.host, books, list, false));
 }
 
 }  // namespace

@@ -69,7 +69,7 @@ ExitStatus runReport(Run& run, const ReportOptions& options) {
   }
   BookRun books;
   books.outputFile = options.output;
-  return printFile(run, CmdExcel_Click(run.session, run.host, books, screen, false));
+  return printFile(run, books, CmdExcel_Click(run.session, run.host, books, screen, false));
 }
 
 }  // namespace

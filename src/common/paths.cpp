@@ -1,15 +1,12 @@
 #include "common/paths.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
+#include <fstream>
 #include <system_error>
-#include <vector>
 
 #include "common/message.h"
 #include "common/names.h"
-#include "common/script_file.h"
+#include "common/replace_file.h"
 #include "common/text.h"
 
 namespace quillmarden {
@@ -23,60 +20,25 @@ constexpr std::size_t kMaxLevels = 20;
 
 bool isSeparator(char c) { return kSeparators.find(c) != std::string_view::npos; }
 
-/// Copies into a file beside the target and puts it in the target's place once it is whole.
-std::error_code copyAndRename(const fs::path& from, const fs::path& to) {
-  fs::path beside = to;
-  beside += "." + std::to_string(::getpid()) + ".tmp";
-  std::error_code error;
-  fs::copy_file(from, beside, fs::copy_options::overwrite_existing, error);
-  if (!error) {
-    if (const int descriptor = ::open(beside.c_str(), O_RDONLY | O_CLOEXEC); descriptor >= 0) {
-      if (::fsync(descriptor) != 0) error = {errno, std::generic_category()};
-      ::close(descriptor);
-    }
-  }
-  if (!error) fs::rename(beside, to, error);
+/// Copies into a file that takes the target's place once it is whole. A new file gets the rights of the former.
+std::error_code copyAndReplace(const fs::path& from, const fs::path& to) {
   std::error_code ignored;
-  if (error) fs::remove(beside, ignored);
-  return error;
-}
-
-void removeUnlessInUse(const fs::path& workFolder);
-
-/// Removes what lies below; a script that another process is writing stays, and with it its folder.
-void emptyUnlessInUse(const fs::path& workFolder) {
-  std::error_code error;
-  for (fs::directory_iterator entry(workFolder, error), end; !error && entry != end; entry.increment(error)) {
-    std::error_code ignored;
-    if (entry->symlink_status(ignored).type() == fs::file_type::directory)
-      removeUnlessInUse(entry->path());
-    else if (!scriptInUse(entry->path()))
-      fs::remove(entry->path(), ignored);
+  const bool made = !fs::exists(to, ignored);
+  try {
+    std::ifstream source(from, std::ios::binary);
+    FileReplacement replacement(to);
+    std::string block(1U << 16, '\0');
+    do {
+      source.read(block.data(), static_cast<std::streamsize>(block.size()));
+      replacement.write(std::string_view(block).substr(0, static_cast<std::size_t>(source.gcount())));
+    } while (source);
+    if (!source.eof()) return std::make_error_code(std::errc::io_error);
+    replacement.commit();
+  } catch (const std::system_error& error) {
+    return error.code();
   }
-}
-
-void removeUnlessInUse(const fs::path& workFolder) {
-  emptyUnlessInUse(workFolder);
-  std::error_code ignored;
-  fs::remove(workFolder, ignored);
-}
-
-void removeWorkFoldersIn(const fs::path& folder, const fs::path& keep) {
-  std::error_code error;
-  std::vector<fs::path> found;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-    std::error_code ignored;
-    // A link is no work folder: what it points to is somebody's.
-    if (entry->path().filename().string().ends_with("_-_-") &&
-        entry->symlink_status(ignored).type() == fs::file_type::directory)
-      found.push_back(entry->path());
-  }
-  for (const fs::path& workFolder : found) {
-    if (workFolder == keep)
-      emptyUnlessInUse(workFolder);
-    else
-      removeUnlessInUse(workFolder);
-  }
+  if (made) fs::permissions(to, fs::status(from, ignored).permissions(), ignored);
+  return {};
 }
 
 }  // namespace
@@ -94,7 +56,11 @@ std::string gPathJoin(std::string_view folder, std::string_view file) {
 }
 
 std::string gSafePathJoin(std::string_view folder, std::string_view file) {
-  return gPathJoin(folder, gSafeFileName(file));
+  const std::string safe = gSafeFileName(trim(file));
+  constexpr std::size_t kLongestEnding = 20;
+  std::size_t ending = std::min(safe.rfind('.'), safe.size());
+  if (safe.size() - ending > kLongestEnding) ending = safe.size();
+  return gPathJoin(folder, fitFileName(safe.substr(0, ending), safe.substr(ending)));
 }
 
 fs::path toPath(std::string_view text) {
@@ -195,14 +161,8 @@ bool gFileCopy(std::string_view from, std::string_view to, bool overwrite, std::
     return fail("複写元／複写先の指定が不正です.");
   if (!overwrite && fs::exists(target, error))
     return fail("複写先に同じファイルが存在し、ユーザーにより[いいえ]が選択されました.");
-  if (const std::error_code failure = copyAndRename(source, target)) return fail(failure.message());
+  if (const std::error_code failure = copyAndReplace(source, target)) return fail(failure.message());
   return true;
-}
-
-void removeWorkFolders(const Machine& machine, const fs::path& keep) {
-  removeWorkFoldersIn(machine.appDataFolder, keep);
-  removeWorkFoldersIn(machine.appDataFolder / "quillmarden", keep);
-  removeWorkFoldersIn(machine.tempFolder, keep);
 }
 
 }  // namespace quillmarden

@@ -12,7 +12,7 @@ namespace quillmarden {
 
 /// Both trimmed; a blank part gives the other. Exactly one separator stands between them.
 std::string gPathJoin(std::string_view folder, std::string_view file);
-/// gPathJoin after gSafeFileName of the file part.
+/// gPathJoin after gSafeFileName of the file part, which is cut to what file systems take.
 std::string gSafePathJoin(std::string_view folder, std::string_view file);
 /// UTF-8 text to a path of this platform, with both separators understood.
 std::filesystem::path toPath(std::string_view text);
@@ -39,10 +39,5 @@ bool gBrowseFolder(Host& host, std::string& selected);
 
 /// Copies a file beside its target and renames it over it. False with a message for the user.
 bool gFileCopy(std::string_view from, std::string_view to, bool overwrite, std::string* message);
-
-/// Empties and removes every folder "*_-_-" in the application data folder, the program's data folder in it and the
-/// temporary folder. Errors are ignored.
-/// `keep` is emptied, but stays.
-void removeWorkFolders(const Machine& machine, const std::filesystem::path& keep = {});
 
 }  // namespace quillmarden

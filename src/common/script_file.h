@@ -1,9 +1,10 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <string_view>
+
+#include "common/replace_file.h"
 
 namespace quillmarden {
 
@@ -21,30 +22,20 @@ struct ScriptText {
   }
 };
 
-/// A script file that is written piece by piece. A partial file stays when a piece fails: the pieces before it
-/// are complete in it, the failed one is taken off again.
+/// A script that is written piece by piece, as GrowingFile tells.
 class ScriptFile {
  public:
-  /// Opens for writing from the start or, with `append`, behind what is there, and holds the file for this process.
-  /// Throws std::system_error, also when another process is writing the same file.
-  ScriptFile(std::filesystem::path file, TextEncoding encoding, bool append);
-  ~ScriptFile();
-  ScriptFile(const ScriptFile&) = delete;
-  ScriptFile& operator=(const ScriptFile&) = delete;
+  ScriptFile(const std::filesystem::path& file, TextEncoding encoding);
 
   /// Writes the text through to the file. Throws std::system_error, for a full disk among others. Gives the
   /// characters that the encoding cannot hold, each once; they stand as "?" in the file.
   std::u32string write(std::string_view utf8);
-  /// Closes; throws std::system_error when the last bytes do not reach the file.
-  void close();
+  /// Puts the script in its place. Throws std::system_error.
+  void commit() { file_.commit(); }
 
  private:
-  std::filesystem::path file_;
+  GrowingFile file_;
   TextEncoding encoding_;
-  int descriptor_;
 };
-
-/// Whether a process is writing this script at the moment.
-bool scriptInUse(const std::filesystem::path& file);
 
 }  // namespace quillmarden

@@ -5,8 +5,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 
+#include "common/replace_file.h"
 #include "common/text.h"
 
 namespace quillmarden {
@@ -22,24 +22,6 @@ struct Descriptor {
     if (number >= 0) ::close(number);
   }
 };
-
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
-
-bool writeNew(const std::filesystem::path& file, std::string_view bytes, const struct stat* former) {
-  const Descriptor descriptor{::open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)};
-  if (descriptor.number < 0) return false;
-  // Rights that cannot be taken over are no reason to lose what is to be written.
-  if (former && ::fchmod(descriptor.number, former->st_mode & 07777) != 0) errno = 0;
-  return writeAll(descriptor.number, bytes) && ::fsync(descriptor.number) == 0;
-}
 
 }  // namespace
 
@@ -72,19 +54,14 @@ std::optional<std::string> readFile(const std::filesystem::path& file, std::erro
 }
 
 bool replaceFile(const std::filesystem::path& file, std::string_view bytes) {
-  std::error_code error;
-  std::filesystem::path target = std::filesystem::weakly_canonical(file, error);
-  if (error) target = file;
-  struct stat state {};
-  const bool exists = ::stat(target.c_str(), &state) == 0;
-  if (exists && !S_ISREG(state.st_mode)) return false;
-  std::filesystem::path beside = target;
-  beside += "." + std::to_string(::getpid()) + ".tmp";
-  ::unlink(beside.c_str());  // of a process that died with our number
-  if (writeNew(beside, bytes, exists ? &state : nullptr) && std::rename(beside.c_str(), target.c_str()) == 0)
+  try {
+    FileReplacement replacement(file, TargetLinks::Followed);
+    replacement.write(bytes);
+    replacement.commit();
     return true;
-  ::unlink(beside.c_str());
-  return false;
+  } catch (const std::system_error&) {
+    return false;
+  }
 }
 
 std::string decodeText(std::string_view bytes) {

@@ -15,8 +15,7 @@ namespace quillmarden {
 /// The whole file. Nothing, with the reason in `error`, when it is missing, no plain file, or unreadable.
 std::optional<std::string> readFile(const std::filesystem::path& file, std::error_code& error);
 
-/// Writes a file beside its target and renames it over it: a reader sees the former file or the new one, whole. A link
-/// is followed, the rights of the former file stay. False when that fails; the former file is then untouched.
+/// Replaces one of the user's own files, which may be a link. False when that fails; the former file is then untouched.
 bool replaceFile(const std::filesystem::path& file, std::string_view bytes);
 
 /// The byte order mark that tells a UTF-8 file.

@@ -5,8 +5,10 @@
 
 #include "common/message.h"
 #include "common/paths.h"
+#include "common/replace_file.h"
 #include "common/text.h"
 #include "common/utf8.h"
+#include "repository/output_file.h"
 #include "workbook/convert.h"
 
 namespace quillmarden {
@@ -51,23 +53,39 @@ std::string workFile(const Session& session, const BookRun& run, std::string_vie
   return run.outputFile.empty() ? temporaryFile(session, fileName) : run.outputFile.string();
 }
 
-bool removeFormer(const std::string& path) {
-  const std::filesystem::path file = toPath(path);
-  if (heldBy(file)) return false;
-  std::error_code error;
-  std::filesystem::remove(file, error);
-  return !std::filesystem::exists(file, error);
+bool outputRefused(Session& session, Host& host, const std::string& path) {
+  const std::string fault = outputFault(session, host, toPath(path));
+  if (fault.empty())
+    noteOutput(session, host, toPath(path));
+  else
+    gMsgBox(host, fault, kStopIcon);
+  return !fault.empty();
 }
+
+bool inUse(const std::string& path) { return targetFault(toPath(path)) == TargetFault::InUse; }
 
 void tellInUse(Host& host, const std::string& path) {
   gMsgBox(host, joinLines({"指定ファイルは使用中です.", "  " + path, "確認して下さい.", "処理を中止します."}),
           kStopIcon);
 }
 
-bool removeFormerOrTell(Host& host, const std::string& path) {
-  if (removeFormer(path)) return true;
+bool mayReplaceOrTell(Session& session, Host& host, const std::string& path) {
+  if (outputRefused(session, host, path)) return false;
+  if (!inUse(path)) return true;
   tellInUse(host, path);
   return false;
+}
+
+std::string stoppedFile(const Session& session, const Host& host, const std::string& path) {
+  const std::filesystem::path file = partialFile(toPath(path));
+  noteOutput(session, host, file);
+  return file.string();
+}
+
+std::string endStopped(Host& host, BookRun& run) {
+  run.stopped = true;
+  gMsgBox(host, "中断しました.\n出力ファイルはありません.");
+  return "";
 }
 
 const Workbook& openTemplate(BookRun& run, const std::filesystem::path& file) {
@@ -92,7 +110,8 @@ const Workbook& openTemplate(BookRun& run, const std::filesystem::path& file) {
   return run.templates.emplace(file, std::move(book)).first->second;
 }
 
-void saveBook(Session& session, Host& host, Workbook& book, std::string_view title, const std::string& path) {
+void saveBook(Session& session, Host& host, Workbook& book, std::string_view title, const std::string& path,
+              const StopCheck& stop) {
   const std::string now = isoTime(host.clock.now());
   book.setProperties({.title = std::string(title),
                       .creator = session.gLoginUser,
@@ -101,7 +120,7 @@ void saveBook(Session& session, Host& host, Workbook& book, std::string_view tit
                       .modified = now});
   // The output is a plain book, whatever its template was.
   book.makePlain();
-  book.save(toPath(path));
+  book.save(toPath(path), stop);
 }
 
 void tellBookError(Session& session, Host& host, std::string_view routine, const std::exception& error) {
@@ -139,7 +158,8 @@ std::string cutSheetName(std::string_view name) {
     if (units > kMostUnits) break;
     at += step.size;
   }
-  return std::string(name.substr(0, at));
+  std::string cut(name.substr(0, at));
+  return isReservedSheetName(cut) ? cut + "_" : cut;
 }
 
 }  // namespace quillmarden

@@ -6,6 +6,8 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "repository/session.h"
 #include "screen/host.h"
@@ -14,12 +16,24 @@
 
 namespace quillmarden {
 
+/// A table's place among those that come to one file name.
+struct LayoutName {
+  std::string stem;
+  int number = 1;
+};
+
 /// What the workbooks of one run share: fonts and templates are read once.
 struct BookRun {
   FontBook fonts;
   std::map<std::filesystem::path, Workbook> templates;
   std::filesystem::path outputFolder;  ///< instead of the System's own folder; empty for that
   std::filesystem::path outputFile;    ///< instead of the routine's own file; empty for that
+  bool stopped = false;                ///< the person stopped it, which is told
+
+  // Of table layouts: see layout_names.h.
+  std::map<std::pair<std::string, std::string (*)(std::string_view)>, std::map<std::string, LayoutName>> layoutNames;
+  std::map<std::string, std::string> layoutFiles;  ///< the table that has a file
+  std::vector<std::string> numbered;
 };
 
 /// Shows a wait text and takes it away at the end of its scope.
@@ -44,19 +58,28 @@ std::string temporaryFile(const Session& session, std::string_view fileName);
 /// The file of the run where it names one, else that file in the work folder.
 std::string workFile(const Session& session, const BookRun& run, std::string_view fileName);
 
-/// Deletes an output of an earlier run. False when it can't be deleted or another office program holds it.
-bool removeFormer(const std::string& path);
+/// Whether this is no file for an output, which is then told. A former output stands until the new one is whole.
+bool outputRefused(Session& session, Host& host, const std::string& path);
+/// Whether another office program holds the file, or it is not ours to replace.
+bool inUse(const std::string& path);
 /// The message that names a file in use.
 void tellInUse(Host& host, const std::string& path);
-/// removeFormer, with that message.
-bool removeFormerOrTell(Host& host, const std::string& path);
+/// Whether an output may take this file's place; what stands in the way is told.
+bool mayReplaceOrTell(Session& session, Host& host, const std::string& path);
+
+/// The name for what a stopped run leaves of this file; nobody is to take it for a whole one.
+std::string stoppedFile(const Session& session, const Host& host, const std::string& path);
+/// The end of a stopped run that leaves nothing, which is told; gives "" for its file.
+std::string endStopped(Host& host, BookRun& run);
 
 /// The template, read by its first use in the run; one in the old binary form is converted on the way. Throws
 /// WorkbookError.
 const Workbook& openTemplate(BookRun& run, const std::filesystem::path& file);
 
-/// The properties and the file of a finished book; the folder is there. Throws WorkbookError.
-void saveBook(Session& session, Host& host, Workbook& book, std::string_view title, const std::string& path);
+/// The properties and the file of a finished book; the folder is there. Throws WorkbookError. `stop` as in
+/// Workbook::save.
+void saveBook(Session& session, Host& host, Workbook& book, std::string_view title, const std::string& path,
+              const StopCheck& stop = {});
 
 /// Logs and tells what ended an output.
 void tellBookError(Session& session, Host& host, std::string_view routine, const std::exception& error);
@@ -69,7 +92,8 @@ void openFinished(Host& host, const std::string& path, std::string_view title = 
 std::string runOutput(Session& session, Host& host, std::string_view routine, bool openAfter,
                       const std::function<std::string()>& output);
 
-/// A sheet's name: what spreadsheet programs don't take beyond 31 UTF-16 units is cut off.
+/// A sheet's name as spreadsheet programs take it: cut at 31 UTF-16 units, a name that they keep for themselves with
+/// "_" behind it.
 std::string cutSheetName(std::string_view name);
 
 }  // namespace quillmarden

@@ -179,12 +179,13 @@ std::string putEmbeddedBooks(Session& session, Host& host, BookRun& run, const f
   if (path.empty()) return "";
   bool stopped = false;
   const std::vector<ErTable> tables = readErTables(session, host, list, detail, stopped);
-  if (stopped) return "";
+  if (stopped) return endStopped(host, run);
 
   const BoxMaker maker{session, run.fonts, choice, form, keyPicture(host)};
   Drawing drawing;
   std::vector<Box> sizes;
   for (const ErTable& table : tables) {
+    if (host.dialogs.stopRequested()) return endStopped(host, run);
     ErBox box = makeBox(maker, table);
     sizes.push_back(box.size);
     drawing.objects.push_back(
@@ -203,7 +204,7 @@ std::string putEmbeddedBooks(Session& session, Host& host, BookRun& run, const f
   setUpErPage(book.sheet(0), host.clock.now());
   addDrawing(book, 0, drawing, run.fonts);
   session.log.gPutLog(host, "Save FileExcel_ER:" + path);
-  saveBook(session, host, book, session.gCurrentSystemName, path);
+  saveBook(session, host, book, session.gCurrentSystemName, path, host.dialogs.stopRequested);
   session.log.gPutLog(host, "Normal End");
   return path;
 }
@@ -213,14 +214,14 @@ std::string putEmbeddedBooks(Session& session, Host& host, BookRun& run, const f
 std::string pPutExcel2ER(Session& session, Host& host, BookRun& run, const frmTBList& list, frmTBDetail& detail,
                          const ErChoice& choice) {
   constexpr BookForm kForm{"_ER.xlsx", true};
-  return runErForm(session, host, choice.openAfter, true,
+  return runErForm(session, host, run, choice.openAfter, true,
                    [&] { return putEmbeddedBooks(session, host, run, list, detail, choice, kForm); });
 }
 
 std::string pPutExcel2ERMemoryExtend(Session& session, Host& host, BookRun& run, const frmTBList& list,
                                      frmTBDetail& detail, const ErChoice& choice) {
   constexpr BookForm kForm{"_ER.xls", false};
-  return runErForm(session, host, choice.openAfter, false,
+  return runErForm(session, host, run, choice.openAfter, false,
                    [&] { return putEmbeddedBooks(session, host, run, list, detail, choice, kForm); });
 }
 

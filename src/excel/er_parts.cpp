@@ -47,7 +47,8 @@ std::string erFile(Session& session, Host& host, const BookRun& run, const std::
   std::string name = gFileNameTrim(trim(bookName).empty() ? session.gCurrentSystemName : bookName);
   const std::string path = layoutFile(session, run, system, name.append(ending));
   session.log.gPutLog(host, "CreateFileExcel_ER:" + path);
-  if (removeFormer(path)) return path;
+  if (outputRefused(session, host, path)) return "";
+  if (!inUse(path)) return path;
   session.log.gPutLog(host, "指定ファイルは使用中:" + path);
   tellInUse(host, path);
   return "";

@@ -26,7 +26,7 @@ void noteErError(Session& session, Host& host, const std::exception& error, bool
 
 /// Runs a form of the sheet with its wait text, its error path and, if asked for, the opening of the file.
 template <typename Form>
-std::string runErForm(Session& session, Host& host, bool openAfter, bool tellFailure, Form&& form) {
+std::string runErForm(Session& session, Host& host, BookRun& run, bool openAfter, bool tellFailure, Form&& form) {
   const WaitText wait(host, "Excel出力中です....");
   try {
     const std::string path = form();
@@ -35,6 +35,10 @@ std::string runErForm(Session& session, Host& host, bool openAfter, bool tellFai
       openFinished(host, path);
     }
     return path;
+  } catch (const WorkbookError& error) {
+    if (error.fault() == WorkbookFault::Stopped) return endStopped(host, run);
+    noteErError(session, host, error, tellFailure);
+    return "";
   } catch (const std::exception& error) {
     noteErError(session, host, error, tellFailure);
     return "";

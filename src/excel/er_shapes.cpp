@@ -68,19 +68,19 @@ void saveShapes(Session& session, Host& host, BookRun& run, const Drawing& drawi
   book.sheet(0).setShowGridLines(false);
   setUpErPage(book.sheet(0), host.clock.now());
   addDrawing(book, 0, drawing, run.fonts);
-  saveBook(session, host, book, session.gCurrentSystemName, path);
+  saveBook(session, host, book, session.gCurrentSystemName, path, host.dialogs.stopRequested);
 }
 
 }  // namespace
 
 std::string pPutExcel2ERTextBox(Session& session, Host& host, BookRun& run, const frmTBList& list, frmTBDetail& detail,
                                 const ErChoice& choice) {
-  return runErForm(session, host, choice.openAfter, true, [&]() -> std::string {
+  return runErForm(session, host, run, choice.openAfter, true, [&]() -> std::string {
     const std::string path = erFile(session, host, run, choice.bookName, "_ER.xls");
     if (path.empty()) return "";
     bool stopped = false;
     const std::vector<ErTable> tables = readErTables(session, host, list, detail, stopped);
-    if (stopped) return "";
+    if (stopped) return endStopped(host, run);
     saveShapes(session, host, run, drawShapes(run, tables, ShapeKind::TextBox, session.settings.excelObject2SetKage),
                path);
     return path;
@@ -89,15 +89,16 @@ std::string pPutExcel2ERTextBox(Session& session, Host& host, BookRun& run, cons
 
 std::string pPutCurrentTable2ExcelDisk(Session& session, Host& host, BookRun& run, const frmTBList& list,
                                        frmTBDetail& detail, bool openAfter) {
-  return runErForm(session, host, openAfter, true, [&]() -> std::string {
+  return runErForm(session, host, run, openAfter, true, [&]() -> std::string {
     const std::string path = temporaryFile(session, "temptemptemp.xls");
-    if (!removeFormer(path)) {
+    if (outputRefused(session, host, path)) return "";
+    if (inUse(path)) {
       gMsgBox(host, "作業ファイルが使用中かな?", kOkOnly, "使用中?");
       return "";
     }
     bool stopped = false;
     const std::vector<ErTable> tables = readErTables(session, host, list, detail, stopped);
-    if (stopped) return "";
+    if (stopped) return endStopped(host, run);
     if (tables.empty()) {
       gMsgBox(host, "選択されていません!!", kOkOnly, "ぷんぶん!!");
       return "";

@@ -2,6 +2,7 @@
 
 #include "common/message.h"
 #include "common/paths.h"
+#include "excel/layout_names.h"
 #include "excel/list_book.h"
 #include "excel/table_layout.h"
 
@@ -23,7 +24,10 @@ bool putLayouts(Session& session, Host& host, BookRun& run, const std::vector<st
   if (run.outputFolder.empty()) run.outputFolder = toPath(system.workFolder);
   long done = 0;
   for (const std::string& row : rows) {
-    if (host.dialogs.stopRequested()) return false;
+    if (host.dialogs.stopRequested()) {
+      run.stopped = true;
+      return false;
+    }
     const std::string id(tableListId(row));
     if (!id.empty() && !pGet_TableID2TableDetails(session, host, detail, id)) {
       const std::string path =
@@ -41,17 +45,23 @@ std::string pPutTableList2Excel(Session& session, Host& host, BookRun& run, cons
   const WaitText wait(host, "Excel出力中です...");
   SystemRecord system;
   if (!readOutputSystem(session, host, session.gCurrentSystemName, system)) return "";
-  const std::string path = layoutFile(session, run, system, session.gCurrentSystemName + "_テーブル一覧.xls");
-  if (!removeFormerOrTell(host, path)) return "";
+  std::string path = layoutFile(session, run, system, session.gCurrentSystemName + "_テーブル一覧.xls");
+  if (!mayReplaceOrTell(session, host, path)) return "";
   Workbook book = Workbook::open(layouts.front().path);
   for (std::size_t i = 1; i < layouts.size(); ++i) {
-    if (host.dialogs.stopRequested()) break;
+    // Who has stopped the layouts has just asked for this book of those that there are.
+    if (!run.stopped && host.dialogs.stopRequested()) {
+      run.stopped = true;
+      gMsgBox(host, "Excel出力を中止しました.");
+      break;
+    }
     host.dialogs.waitText("Excel.まとめ中です...");
     book.copySheetFrom(Workbook::open(layouts[i].path), 0, 0);
     host.dialogs.progress(static_cast<long>(i + 1), static_cast<long>(layouts.size()));
     host.dialogs.yield();
   }
   book.setActiveSheet(0);
+  if (run.stopped) path = stoppedFile(session, host, path);
   saveBook(session, host, book, session.gCurrentSystemName, path);
   return path;
 }
@@ -66,6 +76,7 @@ std::string mnuExcel_Click(Session& session, Host& host, BookRun& run, const frm
       gMsgBox(host, joinLines({"Excel出力を中止しました.", "ファイルを開きますか?"}), kYesNo | kQuestionIcon) != kYes) {
     return "";
   }
+  tellNumbered(host, run);
   if (layouts.empty()) return "";
   return runOutput(session, host, "pPutTableList2Excel", openAfter,
                    [&] { return pPutTableList2Excel(session, host, run, layouts); });
@@ -76,6 +87,7 @@ int putSeparateLayouts(Session& session, Host& host, BookRun& run, const frmTBLi
   if (gMsgBox(host, "Excelファイルを作成します.", kYesNo | kQuestionIcon) != kYes) return 0;
   std::vector<MadeLayout> layouts;
   if (!putLayouts(session, host, run, outputRows(list), detail, layouts)) gMsgBox(host, "Excel出力を中止しました.");
+  tellNumbered(host, run);
   if (openFolder && !layouts.empty()) mnuExcelPath_Click(session, host);
   return static_cast<int>(layouts.size());
 }

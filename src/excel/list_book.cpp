@@ -171,12 +171,12 @@ void formatColumns(ListBook& list) {
   list.sheet.setNamedStyle(rangeAt("I:K"), "Comma [0]");
 }
 
-std::string putListBook(Session& session, Host& host, BookRun& run, const frmTBList& list, bool withFields,
-                        bool& stopped) {
+std::string putListBook(Session& session, Host& host, BookRun& run, const frmTBList& list, bool withFields) {
   SystemRecord system;
   if (!readOutputSystem(session, host, session.gCurrentSystemName, system)) return "";
-  const std::string path = layoutFile(session, run, system, session.gCurrentSystemName + "_TableLayout.xlsx");
-  if (!removeFormer(path)) {
+  std::string path = layoutFile(session, run, system, session.gCurrentSystemName + "_TableLayout.xlsx");
+  if (outputRefused(session, host, path)) return "";
+  if (inUse(path)) {
     gMsgBox(host, joinLines({"作業用ファイルが使用中です.", "すべてのExcelを閉じてください."}), kStopIcon);
     return "";
   }
@@ -191,7 +191,8 @@ std::string putListBook(Session& session, Host& host, BookRun& run, const frmTBL
   const std::span<const std::string_view> heads =
       withFields ? std::span<const std::string_view>(kFieldHeads) : std::span<const std::string_view>(kTableHeads);
   for (std::size_t i = 0; i < heads.size(); ++i) made.sheet.setText({1, static_cast<int>(i) + 1}, heads[i]);
-  stopped = !putLines(host, made, outputRows(list), withFields);
+  run.stopped = !putLines(host, made, outputRows(list), withFields);
+  if (run.stopped) path = stoppedFile(session, host, path);
   host.dialogs.waitText("書式設定中です....");
   const int lastColumn = static_cast<int>(heads.size());
   made.sheet.setGrid({{1, 1}, {made.row - 1, lastColumn}}, gridRule());
@@ -225,9 +226,8 @@ std::string pPutTableListLayout2Excel(Session& session, Host& host, BookRun& run
                                       bool withFields, bool openAfter) {
   const WaitText wait(host, "Excel出力中です....");
   return runOutput(session, host, "pPutTableListLayout2Excel", openAfter, [&] {
-    bool stopped = false;
-    std::string path = putListBook(session, host, run, list, withFields, stopped);
-    if (stopped) {
+    std::string path = putListBook(session, host, run, list, withFields);
+    if (run.stopped) {
       gMsgBox(host, joinLines({"中止しました.", "必要に応じてデスクトップ等に保存してください."}));
     }
     return path;

@@ -109,7 +109,8 @@ std::string putMembers(Session& session, Host& host, BookRun& run, const frmTBLi
     return "";
   }
   const std::string path = workFile(session, run, "temptemp.xls");
-  if (!removeFormer(path)) {
+  if (outputRefused(session, host, path)) return "";
+  if (inUse(path)) {
     gMsgBox(host, joinLines({"出力作業ファイル.", path + " が", "使用中のようです.", "処理を中止します."}));
     return "";
   }

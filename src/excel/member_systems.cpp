@@ -56,7 +56,7 @@ std::string putParticipations(Session& session, Host& host, BookRun& run, const 
     return "";
   }
   const std::string path = workFile(session, run, "temptemp.xls");
-  if (!removeFormerOrTell(host, path)) return "";
+  if (!mayReplaceOrTell(session, host, path)) return "";
   constexpr std::array kValues = {&Participation::group,  &Participation::member, &Participation::system,
                                   &Participation::joined, &Participation::left,   &Participation::role};
   const SheetGrid grid{.titles = {"グループ", "氏名", "システム", "参加日", "終了日", "役割"},

@@ -108,7 +108,7 @@ std::string PutExcelFile(Session& session, Host& host, BookRun& run, const frmRe
   }
   const WaitText wait(host, "Excel出力中です....");
   const std::string path = workFile(session, run, "temptemp.xlsx");
-  if (!removeFormerOrTell(host, path)) return "";
+  if (!mayReplaceOrTell(session, host, path)) return "";
   Workbook book = reportBook(session, run.fonts, screen);
   saveBook(session, host, book, screen.CmbDataSource.text, path);
   return path;

@@ -11,6 +11,7 @@
 #include "common/text_file.h"
 #include "dictionary/division.h"
 #include "editing/detail_parts.h"
+#include "excel/layout_names.h"
 #include "excel/table_layout_parts.h"
 #include "operations/memo.h"
 #include "workbook/sheet_measure.h"
@@ -252,8 +253,8 @@ std::string bookName(std::string_view japaneseName) {
 std::string putBlankBook(Session& session, Host& host, BookRun& run, const frmTBDetail& detail,
                          const SystemRecord& system, const std::string& systemName) {
   const std::string name = bookName(detail.txtTableNameJPN.text);
-  const std::string path = layoutFile(session, run, system, name + ".xlsx");
-  if (!removeFormerOrTell(host, path)) return "";
+  const std::string path = layoutPath(session, run, detail, system, bookName, ".xlsx");
+  if (!mayReplaceOrTell(session, host, path)) return "";
   const TableDates dates = GetTableName作成変更日(session, detail.lblID.caption);
   const std::filesystem::path blank = host.machine.programFolder / toPath(kBlankBook);
   if (!gFileExists(host, blank.string(), false)) {

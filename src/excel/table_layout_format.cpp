@@ -11,6 +11,7 @@
 #include "common/paths.h"
 #include "common/text.h"
 #include "excel/format_file.h"
+#include "excel/layout_names.h"
 #include "excel/table_layout.h"
 #include "excel/table_layout_parts.h"
 
@@ -55,6 +56,8 @@ struct Changes {
     }
   }
 };
+
+std::string safeName(std::string_view japaneseName) { return gSafeFileName(japaneseName); }
 
 CellRef placeOf(const LayoutFormat& format, LayoutKey key) { return cellAt(trim(format[key])); }
 
@@ -103,9 +106,9 @@ std::string pPutCurrentTable2ExcelUserFormat(Session& session, Host& host, BookR
     session.log.gPutLog(host, "×:ユーザー設定書式 取得失敗");
     return "";
   }
-  const std::string name = gSafeFileName(detail.txtTableNameJPN.text);
-  const std::string path = layoutFile(session, run, system, name + ".xls");
-  if (!removeFormerOrTell(host, path)) return "";
+  const std::string name = safeName(detail.txtTableNameJPN.text);
+  const std::string path = layoutPath(session, run, detail, system, safeName, ".xls");
+  if (!mayReplaceOrTell(session, host, path)) return "";
   const TableDates dates = GetTableName作成変更日(session, detail.lblID.caption);
   const std::filesystem::path pattern = templatePath(host.machine, system.formatFile);
   if (!gFileExists(host, pattern.string(), false)) {

@@ -1,6 +1,7 @@
 #include <string>
 
 #include "common/paths.h"
+#include "excel/layout_names.h"
 #include "excel/table_layout_parts.h"
 
 namespace quillmarden {
@@ -13,6 +14,8 @@ constexpr std::string_view kOrganisation = "KVRTN";
 std::string cellText(const frmTBDetail& detail, int column, int row) {
   return row == 0 ? detail.Spread.column(column).title : std::string(detail.Spread.text(column, row));
 }
+
+std::string plainName(std::string_view japaneseName) { return std::string(japaneseName); }
 
 void putGrid(Worksheet& sheet, const frmTBDetail& detail) {
   for (int row = 0; row <= detail.Spread.maxRows(); ++row) {
@@ -57,10 +60,9 @@ void setUpPage(Worksheet& sheet, const DateTime& now) {
 
 std::string PutExcelFile2PGControl(Session& session, Host& host, BookRun& run, const frmTBDetail& detail) {
   // In a folder that a person named, each table has its own file.
-  const std::string path = run.outputFolder.empty()
-                               ? temporaryFile(session, "temptemp.xlsx")
-                               : layoutFile(session, run, {}, detail.txtTableNameJPN.text + ".xlsx");
-  if (!removeFormerOrTell(host, path)) return "";
+  const std::string path = run.outputFolder.empty() ? temporaryFile(session, "temptemp.xlsx")
+                                                    : layoutPath(session, run, detail, {}, plainName, ".xlsx");
+  if (!mayReplaceOrTell(session, host, path)) return "";
   Workbook book = Workbook::create();
   Worksheet& sheet = book.sheet(0);
   putGrid(sheet, detail);

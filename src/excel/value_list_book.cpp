@@ -8,7 +8,7 @@ namespace {
 std::string pPutCurrentAtaiList2ExcelFile(Session& session, Host& host, BookRun& run, const frmDivision& screen) {
   const WaitText wait(host, "Excel出力中です....");
   const std::string path = workFile(session, run, "temptemp.xlsx");
-  if (!removeFormerOrTell(host, path)) return "";
+  if (!mayReplaceOrTell(session, host, path)) return "";
   const ValueListSheet list = valueListSheet(screen, session.gCurrentSystemName);
   const SheetGrid grid = {.titles = list.titles,
                           .rows = static_cast<int>(list.rows.size()),

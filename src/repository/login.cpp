@@ -7,6 +7,7 @@
 #include "common/message.h"
 #include "common/paths.h"
 #include "common/text.h"
+#include "common/work_folders.h"
 #include "engine/sql_text.h"
 #include "repository/rights.h"
 #include "repository/upgrade.h"
@@ -178,7 +179,7 @@ void beginSession(Session& session, Host& host, std::string_view userName, std::
   show("整合性確認中です...");
   show("起動準備中です...");
   const fs::path work = toPath(gPathJoin(session.gDataFolder, "TempTemp_-_-"));
-  if (sweep) removeWorkFolders(host.machine, work);
+  if (sweep) removeWorkFolders(host, work);
   if (!fs::is_directory(work, ignored)) gMakeFolder(work.string());
   if (screen) saveLogInChoices(session, *screen);
   session.gSessionState = 1;
@@ -201,7 +202,7 @@ void logOff(Session& session, Host& /*host*/) {
 
 void endProgram(Session& session, Host& host) {
   session.log.finish(host, session.gKeepLog);
-  removeWorkFolders(host.machine);
+  removeWorkFolders(host);
   Log::prune(host);
 }
 

@@ -27,6 +27,7 @@ struct Session {
   std::string gInfoFolder;
   std::string gIniFile;
   bool gKeepLog = false;
+  bool outputsStay = false;  ///< what is made in work folders is never swept: of the command line
   SystemRecord gCurrentSystem;
   std::string gCurrentSystemName;
   long gCurrentSystemId = 0;

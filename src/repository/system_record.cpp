@@ -4,7 +4,9 @@
 #include "common/names.h"
 #include "common/numbers.h"
 #include "common/paths.h"
+#include "common/replace_file.h"
 #include "common/text.h"
+#include "common/work_folders.h"
 #include "engine/sql_text.h"
 #include "repository/rights.h"
 #include "repository/session.h"
@@ -12,16 +14,12 @@
 namespace quillmarden {
 namespace {
 
-constexpr std::string_view kWorkFolderEnding = "_-_-";
-
 void setWorkFolders(const Session& session, const Host& host, std::string_view systemName, SystemRecord& record) {
   const std::string_view name = trim(systemName);
-  const auto folderName = [&](std::string_view text) {
-    return gSafeFileName(std::string(text).append(kWorkFolderEnding));
-  };
+  const auto folderName = [](std::string_view text) { return fitFileName(gSafeFileName(text), kWorkFolderEnding); };
   record.workFolder = gPathJoin(session.gDataFolder, name.empty() ? "TableLayout" : folderName(name));
   record.tempWorkFolder =
-      gPathJoin(host.machine.tempFolder.string(), folderName(name.empty() ? "tempQuillmarden" : name));
+      gPathJoin(userTempFolder(host.machine).string(), folderName(name.empty() ? "tempQuillmarden" : name));
 }
 
 /// A moment as the screens show it; text that is none stands as it is.

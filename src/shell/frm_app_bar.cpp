@@ -4,6 +4,7 @@
 
 #include "common/message.h"
 #include "common/text.h"
+#include "common/work_folders.h"
 #include "shell/application.h"
 #include "shell/screens.h"
 #include "shell/session_life.h"
@@ -15,13 +16,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Removes the files whose name, case aside, is `ending` or, with `any` in front, ends so.
-void removeFiles(const fs::path& folder, std::string_view ending, bool any) {
+/// Removes the files whose name, case aside, is `ending` or, with `any` in front, ends so, but no result.
+void removeFiles(const fs::path& folder, std::string_view ending, bool any, const DateTime& now) {
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
     const std::string name = toLower(entry->path().filename().string());
     std::error_code ignored;
-    if (any ? name.ends_with(ending) : name == ending) fs::remove(entry->path(), ignored);
+    const bool left = any ? name.ends_with(ending) : name == ending;
+    if (left && !isKeptResult(entry->path(), now)) fs::remove(entry->path(), ignored);
   }
 }
 
@@ -67,7 +69,7 @@ void mnuWindowTop_Click(Application& app) {
   tell(app.display.keepBarOnTop, app.bar.onTop);
 }
 
-void sweepWorkFolder(const fs::path& folder) {
+void sweepWorkFolder(const fs::path& folder, const DateTime& now) {
   struct Pattern {
     std::string_view text;
     bool any;
@@ -75,7 +77,7 @@ void sweepWorkFolder(const fs::path& folder) {
   static constexpr Pattern kPatterns[] = {{"_er.xls", true}, {"temptemptemp.xls", false}, {".emf", true},
                                           {".tmp", true},    {"temptemp.xls", false},     {".tmp", true},
                                           {".log", true}};
-  for (const Pattern& pattern : kPatterns) removeFiles(folder, pattern.text, pattern.any);
+  for (const Pattern& pattern : kPatterns) removeFiles(folder, pattern.text, pattern.any, now);
 }
 
 }  // namespace quillmarden

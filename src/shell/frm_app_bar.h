@@ -37,7 +37,8 @@ void CmdHelp_Click(Application& app);
 void CmdClose_Click(Application& app);
 void mnuWindowTop_Click(Application& app);
 
-/// Removes what runs left in the work folder of the session, in the order that the bar keeps to. Failures are ignored.
-void sweepWorkFolder(const std::filesystem::path& folder);
+/// Removes what runs left in the work folder of the session, in the order that the bar keeps to; this day's results
+/// stay. Failures are ignored.
+void sweepWorkFolder(const std::filesystem::path& folder, const DateTime& now);
 
 }  // namespace quillmarden

@@ -42,7 +42,7 @@ std::filesystem::path workFolder(const Session& session) {
 /// All screens and the Repository.
 void closeSession(Application& app) {
   closeAllScreens(app, {"frmMessageClose"});
-  sweepWorkFolder(workFolder(app.session));
+  sweepWorkFolder(workFolder(app.session), app.host.clock.now());
   logOff(app.session, app.host);
   app.askedLeftOvers.clear();
 }

@@ -1,12 +1,16 @@
 #include "sqlgen/frame.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <exception>
 
 #include "common/message.h"
 #include "common/numbers.h"
 #include "common/paths.h"
+#include "common/replace_file.h"
 #include "common/text.h"
+#include "repository/output_file.h"
 #include "sqlgen/clauses.h"
 #include "sqlgen/frame_run.h"
 #include "sqlgen/generators.h"
@@ -105,6 +109,7 @@ void putRow(ScriptRun& run, int row, bool alone, ScriptFile& file, const std::st
   if (waitsForStamp(run.history, id)) writeSqlHistory(run.session, run.history);
   if (pGet_TableID2TableDetails(run.session, run.host, run.detail, id)) {
     run.result.failed = true;
+    run.whole = false;
     return;
   }
 
@@ -145,12 +150,14 @@ void guarded(ScriptRun& run, Body&& body) {
                                  "出力先ファイルを開いているようです."}));
     run.list.errorMark = true;
     run.result.failed = true;
+    run.whole = false;
   }
 }
 
 /// Rows of the list from first to last into the file, after its head.
 void putRows(ScriptRun& run, int first, int last) {
-  ScriptFile file(run.result.file, run.encoding, run.menu.append);
+  if (!run.file) run.file.emplace(run.result.file, run.encoding);
+  ScriptFile& file = *run.file;
   ScriptText head;
   if (run.menu.head) putFileHead(run, head);
   // In the runnable form the drops of all tables come first: a selection's further heads stand with their tables.
@@ -158,21 +165,47 @@ void putRows(ScriptRun& run, int first, int last) {
   if (run.menu.head && !isRunnable(run)) writeScript(run, file, "", head);
   if (run.menu.head && isRunnable(run) && !headWaits) run.waitingHead.text += head.text;
   for (int row = std::max(first, 0); row <= last && row < run.rows.count(); ++row) {
-    if (run.host.dialogs.stopRequested()) break;
+    if (run.host.dialogs.stopRequested()) {
+      run.result.stopped = true;
+      break;
+    }
     putRow(run, row, first == last, file, headWaits ? head.text : std::string());
     run.host.dialogs.progress(++run.done, run.total);
     if (run.list.errorMark) break;
   }
-  file.close();
 }
 
-/// The end of a run in the runnable form; other runs have written everything by now.
-void putCollected(ScriptRun& run) {
-  if (run.runnable.empty() && run.waitingHead.text.empty()) return;
-  ScriptFile file(run.result.file, run.encoding, true);
-  putWaitingHead(run, std::nullopt, file);
-  putRunnable(run, file);
-  file.close();
+/// Says that the run did not come to its end, and where what it has written stands.
+void tellPartial(ScriptRun& run) {
+  std::error_code ignored;
+  const std::filesystem::path partial = partialFile(run.result.file);
+  const bool left = std::filesystem::exists(partial, ignored);
+  run.result.file = left ? partial : std::filesystem::path();
+  std::string text = run.result.stopped ? "中断しました. " : "";
+  text += fmt::format("{}件まで出力しています.", run.result.tables);
+  if (left) text += "\n 途中までのファイル : " + partial.string();
+  if (left || run.result.stopped) gMsgBox(run.host, text);
+}
+
+/// The end of a run: what it has collected in the runnable form, then the file takes its place. One that does not hold
+/// all that was asked for keeps its partial name.
+void finish(ScriptRun& run) {
+  bool placed = false;
+  if (run.file) {
+    guarded(run, [&] {
+      if (!run.runnable.empty() || !run.waitingHead.text.empty()) {
+        putWaitingHead(run, std::nullopt, *run.file);
+        putRunnable(run, *run.file);
+      }
+      if (run.whole && !run.result.stopped) {
+        run.file->commit();
+        placed = true;
+      }
+      writeSqlHistory(run.session, run.history);
+    });
+    run.file.reset();
+  }
+  if (!placed) tellPartial(run);
 }
 
 /// The mark of a run under way: moving through the list asks nothing and loads no more than generators read.
@@ -199,11 +232,19 @@ std::filesystem::path scriptFile(const ScriptRun& run, std::string_view prefix, 
   return toPath(gSafePathJoin(run.system.tempWorkFolder, std::string(prefix).append(name).append(".txt")));
 }
 
-/// A file that cannot be deleted shows itself when it is opened. Devices and folders are not ours to delete.
-void removeOldFile(const std::filesystem::path& file) {
-  std::error_code ignored;
-  if (std::filesystem::symlink_status(file, ignored).type() == std::filesystem::file_type::regular)
-    std::filesystem::remove(file, ignored);
+/// Whether the script's place is none for an output, which is then told.
+bool isRefused(ScriptRun& run) {
+  const std::string fault = outputFault(run.session, run.host, run.result.file);
+  if (fault.empty()) {
+    noteOutput(run.session, run.host, run.result.file);
+    noteOutput(run.session, run.host, partialFile(run.result.file));
+    return false;
+  }
+  gMsgBox(run.host, joinLines({"出力エラーがありました.", fault}), kStopIcon);
+  run.result = {};
+  run.result.failed = true;
+  run.list.errorMark = true;
+  return true;
 }
 
 std::string_view filePrefix(const ScriptRunMenu& menu) { return menu.views ? "SqlView_" : "Sql_"; }
@@ -231,12 +272,10 @@ RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& de
   if (gMDB_GetSystemInfo(session, host, session.gCurrentSystemName, run.system)) {
     run.result.file =
         scriptFile(run, filePrefix(menu), menu.allRows ? session.gCurrentSystemName : tableListName(run.rows.text()));
-    removeOldFile(run.result.file);
-    guarded(run, [&] {
-      putRows(run, first, last);
-      putCollected(run);
-      writeSqlHistory(session, run.history);
-    });
+    if (!isRefused(run)) {
+      guarded(run, [&] { putRows(run, first, last); });
+      finish(run);
+    }
   } else {
     run.result.failed = true;
   }
@@ -249,7 +288,7 @@ RunResult runMenu(Session& session, Host& host, frmTBList& list, frmTBDetail& de
   return run.result;
 }
 
-/// A run over the selected rows of LstTableSel, each appended to the System's file.
+/// A run over the selected rows of LstTableSel, into the System's file.
 RunResult runSelection(Session& session, Host& host, frmTBList& list, frmTBDetail& detail, const RunTarget& target,
                        const ScriptRunMenu& menu) {
   ScriptRun run{session, host, list, detail, list.LstTableSel, menu, target};
@@ -268,21 +307,22 @@ RunResult runSelection(Session& session, Host& host, frmTBList& list, frmTBDetai
   }
   setUnderWay(run, true);
   run.result.file = scriptFile(run, filePrefix(menu), session.gCurrentSystemName);
-  removeOldFile(run.result.file);
-  for (int row = 0; row < run.rows.count(); ++row) {
+  const bool refused = isRefused(run);
+  for (int row = 0; !refused && row < run.rows.count(); ++row) {
     const auto place = static_cast<std::size_t>(row);
     if (!run.rows.selected[place]) continue;
-    if (host.dialogs.stopRequested()) break;
+    if (host.dialogs.stopRequested()) {
+      run.result.stopped = true;
+      break;
+    }
     guarded(run, [&] { putRows(run, row, row); });
+    if (run.result.stopped) break;
     run.rows.selected[place] = false;
     if (menu.views && list.errorMark) break;
   }
-  guarded(run, [&] {
-    putCollected(run);
-    writeSqlHistory(session, run.history);
-  });
+  if (!refused) finish(run);
 
-  if (ask(host, "出力結果を表示しますか?")) host.opener.openFile(run.result.file);
+  if (!run.result.file.empty() && ask(host, "出力結果を表示しますか?")) host.opener.openFile(run.result.file);
   setUnderWay(run, false);
   showCurrentRow(run);
   return run.result;
@@ -308,7 +348,6 @@ RunResult mnuCreateSQLSel_Click(Session& session, Host& host, frmTBList& list, f
                                 const RunTarget& target) {
   ScriptRunMenu menu;
   menu.optionSwitch = clauses == SqlClauses::AsOptions;
-  menu.append = true;
   return runSelection(session, host, list, detail, target, menu);
 }
 
@@ -323,7 +362,6 @@ RunResult mnuCreateViewSel_Click(Session& session, Host& host, frmTBList& list, 
                                  const RunTarget& target) {
   ScriptRunMenu menu;
   menu.views = true;
-  menu.append = true;
   menu.head = false;
   menu.question = "VIEW.Sql文を作成します.";
   return runSelection(session, host, list, detail, target, menu);

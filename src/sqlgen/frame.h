@@ -22,9 +22,10 @@ struct RunTarget {
 
 /// What a run leaves behind.
 struct RunResult {
-  std::filesystem::path file;  ///< "" when none was opened
+  std::filesystem::path file;  ///< "" when none was opened; the partial one where the run did not come to its end
   int tables = 0;              ///< statements written, views included
   bool failed = false;         ///< a message has told why, or the System could not be read
+  bool stopped = false;        ///< the person stopped it, which a message has told
   /// Characters that the file's encoding cannot hold, by table; "" for the file's head.
   std::vector<std::pair<std::string, std::u32string>> lost;
 };

@@ -15,7 +15,6 @@ struct ScriptRunMenu {
   bool views = false;         ///< VIEW statements for every row, whatever its kind
   bool optionSwitch = false;  ///< clauses follow their options
   bool allRows = false;
-  bool append = false;  ///< one row behind what the file holds already
   bool head = true;
   std::string_view question = "Sql文を作成します.";
 };
@@ -35,6 +34,8 @@ struct ScriptRun {
   SqlHistory history{};
   std::vector<RunnableScript> runnable{};  ///< what a run in the runnable form has collected, one a kind
   ScriptText waitingHead{};                ///< of such a run: the first table's kind decides what stands before it
+  std::optional<ScriptFile> file{};  ///< opened by the first row
+  bool whole = true;                 ///< all that was asked for is in the file
   RunResult result{};
   long done = 0;
   long total = 0;

@@ -26,6 +26,9 @@ struct PackageLimits {
 /// Gives a part's bytes piece by piece: appends to the buffer, false when there are no more.
 using PartSource = std::function<bool(std::string& buffer)>;
 
+/// Whether a person asked to stop a long work.
+using StopCheck = std::function<bool()>;
+
 /// The parts of an OPC package by name, as "xl/workbook.xml". A part that nobody changes keeps its compressed bytes and
 /// its place; copies of a package share all parts. Names compare without case.
 class Package {
@@ -69,8 +72,9 @@ class Package {
 
   /// The package as a zip file; equal parts give equal bytes at any time. Throws CannotWrite.
   std::string zip() const;
-  /// Writes beside the file and renames over it. On failure the former file stays and nothing else is left.
-  void save(const std::filesystem::path& file) const;
+  /// Takes the file's place when it is whole. On failure, or (Stopped) when `stop` says yes on the way, the former file
+  /// stays and nothing else is left.
+  void save(const std::filesystem::path& file, const StopCheck& stop = {}) const;
 
  private:
   struct Data;

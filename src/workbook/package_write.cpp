@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <system_error>
 
+#include "common/replace_file.h"
 #include "workbook/content_types.h"
 #include "workbook/package.h"
 #include "workbook/package_data.h"
-#include "workbook/replace_file.h"
 
 namespace quillmarden {
 
@@ -123,9 +124,18 @@ class ZipWriter {
     put(part.name, source, true);
   }
 
-  /// Writes all entries; `take` gets the file's bytes piece by piece.
-  void finish(const std::function<void(std::string_view)>& take) {
-    if (zip_close(zip_) != 0) cannotWrite("", zip_strerror(zip_));
+  /// Writes all entries; `take` gets the file's bytes piece by piece. `stop` is asked often, and must not throw.
+  void finish(const std::function<void(std::string_view)>& take, const StopCheck& stop) {
+    const auto asked = [](zip_t*, void* state) { return (*static_cast<const StopCheck*>(state))() ? 1 : 0; };
+    if (stop) {
+      // Nothing is changed by the check; the library's state is not constant.
+      zip_register_cancel_callback_with_state(zip_, asked, nullptr, const_cast<StopCheck*>(&stop));
+    }
+    if (zip_close(zip_) != 0) {
+      if (zip_error_code_zip(zip_get_error(zip_)) == ZIP_ER_CANCELLED)
+        throw WorkbookError(WorkbookFault::Stopped, "", "中断しました.");
+      cannotWrite("", zip_strerror(zip_));
+    }
     zip_ = nullptr;
     if (zip_source_open(target_) != 0) cannotWrite("", "メモリが足りません.");
     std::string block(1U << 16, '\0');
@@ -164,13 +174,13 @@ class ZipWriter {
 };
 
 void writeParts(const std::vector<PackagePart>& parts, const std::string* types,
-                const std::function<void(std::string_view)>& take) {
+                const std::function<void(std::string_view)>& take, const StopCheck& stop = {}) {
   ZipWriter writer;
   const bool typesFirst = types != nullptr;
   if (typesFirst) writer.add(std::string(kTypesPart), *types);
   for (const PackagePart& part : parts)
     if (!typesFirst || part.name != kTypesPart) writer.add(part);
-  writer.finish(take);
+  writer.finish(take, stop);
 }
 
 }  // namespace
@@ -182,12 +192,17 @@ std::string Package::zip() const {
   return all;
 }
 
-void Package::save(const std::filesystem::path& file) const {
+void Package::save(const std::filesystem::path& file, const StopCheck& stop) const {
   const std::string types = data_->types.xml();
-  FileReplacement replacement(file);
-  writeParts(data_->parts, data_->typesChanged ? &types : nullptr,
-             [&](std::string_view bytes) { replacement.write(bytes); });
-  replacement.commit();
+  try {
+    FileReplacement replacement(file);
+    writeParts(
+        data_->parts, data_->typesChanged ? &types : nullptr, [&](std::string_view bytes) { replacement.write(bytes); },
+        stop);
+    replacement.commit();
+  } catch (const std::system_error& error) {
+    cannotWrite(file.string(), error.code().message().c_str());
+  }
 }
 
 }  // namespace quillmarden

@@ -203,16 +203,8 @@ void Workbook::makePlain() {
 
 std::string Workbook::bytes() const { return state_->finished().zip(); }
 
-void Workbook::save(const std::filesystem::path& file) const { state_->finished().save(file); }
-
-std::optional<std::filesystem::path> heldBy(const std::filesystem::path& file) {
-  const std::string name = file.filename().string();
-  for (const std::string& mark : {"~$" + name, ".~lock." + name + "#"}) {
-    const std::filesystem::path candidate = file.parent_path() / mark;
-    std::error_code error;
-    if (std::filesystem::exists(candidate, error)) return candidate;
-  }
-  return std::nullopt;
+void Workbook::save(const std::filesystem::path& file, const StopCheck& stop) const {
+  state_->finished().save(file, stop);
 }
 
 }  // namespace quillmarden

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -114,16 +113,13 @@ class Workbook {
 
   /// The whole book as a package; the same content gives the same bytes.
   std::string bytes() const;
-  /// Writes beside the file and renames over it; on failure the former file stays.
-  void save(const std::filesystem::path& file) const;
+  /// Takes the file's place when it is whole; on failure, or when `stop` says yes on the way, the former file stays.
+  void save(const std::filesystem::path& file, const StopCheck& stop = {}) const;
 
  private:
   explicit Workbook(std::unique_ptr<BookState> state);
 
   std::unique_ptr<BookState> state_;
 };
-
-/// The file that tells that another office program holds this one ("~$name", ".~lock.name#"); nothing when none does.
-std::optional<std::filesystem::path> heldBy(const std::filesystem::path& file);
 
 }  // namespace quillmarden

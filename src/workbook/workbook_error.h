@@ -17,6 +17,7 @@ enum class WorkbookFault {
   BadAddress,        ///< no cell or range, or one outside a sheet
   BadValue,          ///< a value that a workbook can't hold
   CannotWrite,       ///< the disk is full, the folder is missing, no rights
+  Stopped,           ///< the person asked for it
   ConverterMissing,  ///< LibreOffice is not installed
   ConversionFailed,  ///< LibreOffice gave no workbook, or not in time
 };

@@ -161,7 +161,10 @@ class Worksheet {
 };
 
 /// Throws WorkbookError (BadSheetName) unless the text can be a sheet's name: 1 to 31 UTF-16 units, none of
-/// : \ / ? * [ ], no apostrophe at either end.
+/// : \ / ? * [ ], no apostrophe at either end, not reserved.
 void checkSheetName(std::string_view name);
+/// Whether spreadsheet programs keep the name for themselves, for the sheet that tells a shared book's changes: in
+/// English or in the language of the people that books are made for.
+bool isReservedSheetName(std::string_view name);
 
 }  // namespace quillmarden

@@ -116,30 +116,26 @@ TEST(Paths, CopyIsWholeOrNothing) {
   EXPECT_EQ(message, "複写元／複写先の指定が不正です.");
   EXPECT_FALSE(gFileCopy(folder.file("none"), folder.file("c"), true, &message));
   EXPECT_FALSE(gFileCopy(folder.file("a"), folder.file("no/such/c"), true, &message));
+  fs::create_symlink("b", folder.path() / "link");
+  EXPECT_FALSE(gFileCopy(folder.file("a"), folder.file("link"), true, &message)) << "what a link names is another file";
+  EXPECT_TRUE(fs::is_symlink(folder.path() / "link"));
   EXPECT_EQ(slurp(folder.path() / "a"), "new");
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 2);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 3);
 }
 
-TEST(Paths, WorkFoldersGoAndNothingElse) {
-  ScriptedHost scripted;
-  const fs::path data = scripted.host.machine.appDataFolder;
-  const fs::path temp = scripted.host.machine.tempFolder;
-  const fs::path precious = scripted.folder.path() / "precious";
-  fs::create_directories(precious);
-  spill(precious / "keep", "");
-  for (const fs::path& work : {data / "x_-_-", data / "quillmarden" / "TempTemp_-_-" / "sub", temp / "表_-_-"}) {
-    fs::create_directories(work);
-    spill(work / "file", "");
-  }
-  fs::create_directory_symlink(precious, temp / "表_-_-" / "link");
-  fs::create_directory_symlink(precious, temp / "linked_-_-");
-  fs::create_directories(temp / "_-_-System");
-  spill(temp / "file_-_-", "");
-  removeWorkFolders(scripted.host.machine);
-  EXPECT_FALSE(fs::exists(data / "x_-_-") || fs::exists(data / "quillmarden" / "TempTemp_-_-"));
-  EXPECT_FALSE(fs::exists(temp / "表_-_-"));
-  EXPECT_TRUE(fs::exists(precious / "keep") && fs::exists(temp / "linked_-_-"));
-  EXPECT_TRUE(fs::exists(temp / "_-_-System") && fs::exists(temp / "file_-_-"));
+TEST(Paths, LongNamesAreCutAndStayDifferent) {
+  std::string name;
+  while (name.size() < 300) name += "表";
+  const std::string one = fs::path(gSafePathJoin("/a", name + "1.xlsx")).filename().string();
+  EXPECT_LE(one.size(), 255U);
+  EXPECT_TRUE(one.starts_with("表表表") && one.ends_with(".xlsx")) << one;
+  EXPECT_EQ(toCp932(one), toCp932(one.substr(0, one.find('~'))) + one.substr(one.find('~'))) << "no half character";
+  EXPECT_NE(one, fs::path(gSafePathJoin("/a", name + "2.xlsx")).filename());
+  EXPECT_EQ(gSafePathJoin("/a", name + "1.xlsx"), "/a/" + one) << "the same in every run";
+  // All of it may be an ending.
+  EXPECT_LE(fs::path(gSafePathJoin("/a", "." + name)).filename().string().size(), 255U);
+  const std::string whole(250, 'a');
+  EXPECT_EQ(gSafePathJoin("/a", whole + ".xlsx"), "/a/" + whole + ".xlsx");
 }
 
 }  // namespace

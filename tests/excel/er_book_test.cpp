@@ -4,6 +4,7 @@
 
 #include "excel/er_tables.h"
 #include "excel_fixture.h"
+#include "support/files.h"
 
 namespace quillmarden {
 namespace {
@@ -113,6 +114,34 @@ TEST_F(ErBookTest, LinesJoinTheShapesOfTheShapeForms) {
   list.LstTableSel.clear();
   scripted.expect("ぷんぶん!!", "選択されていません!!");
   EXPECT_EQ(pPutCurrentTable2ExcelDisk(session, scripted.host, run, list, detail, false), "");
+}
+
+TEST_F(ErBookTest, AStoppedSheetLeavesTheFormerOne) {
+  choose(customer);
+  const auto draw = [&](auto form) {
+    run.stopped = false;
+    return form(session, scripted.host, run, list, detail, {});
+  };
+  const std::string path = draw(pPutExcel2ER);
+  const std::string former = readFile(path);
+  // Wherever on its way the run is asked: at a table, at its box, while the book is written.
+  int stopAt = 0;
+  for (bool stopped = true; stopped; ++stopAt) {
+    ASSERT_LT(stopAt, 10000);
+    int asked = 0;
+    scripted.host.dialogs.stopRequested = [&] { return asked++ >= stopAt; };
+    scripted.answerAll(kYes);
+    scripted.messages.clear();
+    draw(pPutExcel2ER);
+    stopped = run.stopped;
+    if (!stopped) break;
+    ASSERT_EQ(scripted.messages, std::vector<std::string>{"確認|中断しました.\n出力ファイルはありません."}) << stopAt;
+    ASSERT_EQ(readFile(path), former) << stopAt;
+  }
+  EXPECT_GT(stopAt, 4);
+  scripted.host.dialogs.stopRequested = [] { return true; };
+  draw(pPutExcel2ERTextBox);
+  EXPECT_TRUE(run.stopped);
 }
 
 TEST(ErGridTest, BoxesStandInAGridAndNeverOverlap) {

@@ -59,6 +59,8 @@ TEST_F(ListBookTest, AStoppedRunSavesWhatItHasAndSaysSo) {
   scripted.expect("確認", "中止しました.\n必要に応じてデスクトップ等に保存してください.");
   const std::string path = pPutTableListLayout2Excel(session, scripted.host, run, list, false, false);
   EXPECT_EQ(Workbook::open(path).sheet(0).used()->last.row, 2);
+  EXPECT_TRUE(path.ends_with("/販売_TableLayout.途中.xlsx")) << "nobody takes it for a whole one";
+  EXPECT_TRUE(run.stopped);
 }
 
 TEST_F(ListBookTest, NothingStartsWithoutASelectionOrOnAFileInUse) {
@@ -88,6 +90,16 @@ TEST_F(ListBookTest, LayoutsAreCollectedInOneBook) {
   EXPECT_EQ(scripted.opened.back(), path);
   scripted.expect("確認", "Excelファイルを作成します.", kNo);
   EXPECT_EQ(mnuExcel_Click(session, scripted.host, run, list, detail, true), "");
+
+  // Stopped at the third table, and the two of before wanted all the same.
+  int asked = 0;
+  scripted.host.dialogs.stopRequested = [&asked] { return ++asked > 2; };
+  scripted.expect("確認", "Excelファイルを作成します.", kYes);
+  scripted.expect("確認", "Excel出力を中止しました.\nファイルを開きますか?", kYes);
+  const std::string partial = mnuExcel_Click(session, scripted.host, run, list, detail, false);
+  EXPECT_TRUE(partial.ends_with("/販売_テーブル一覧.途中.xls"));
+  EXPECT_EQ(Workbook::open(partial).sheetCount(), 2);
+  EXPECT_EQ(Workbook::open(path).sheetCount(), 3) << "the former book stands";
 }
 
 class MemberBookTest : public ExcelTest {

@@ -254,7 +254,10 @@ TEST_F(FrameTest, AFullDiskLeavesWholeTables) {
 
   EXPECT_TRUE(cut.failed);
   EXPECT_EQ(cut.tables, 1);
-  EXPECT_TRUE(host.messages.back().starts_with("確認|出力エラーがありました.\n ")) << host.messages.back();
+  ASSERT_EQ(host.messages.size(), 3U);
+  EXPECT_TRUE(host.messages[1].starts_with("確認|出力エラーがありました.\n ")) << host.messages[1];
+  EXPECT_EQ(host.messages[2], "確認|1件まで出力しています.\n 途中までのファイル : " + cut.file.string());
+  EXPECT_EQ(script(whole), text) << "the former script stands";
   const std::string left = script(cut);
   EXPECT_TRUE(left.ends_with(
       "/*----------------------------------------------------*/\r\n\r\n\r\nCREATE TABLE T_ORDER\r\n  (\r\n"
@@ -275,16 +278,56 @@ TEST_F(FrameTest, CharactersThatTheEncodingLacksAreNamed) {
       mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions, utf8).lost.empty());
 }
 
-TEST_F(FrameTest, AStopEndsTheRunBetweenTables) {
+TEST_F(FrameTest, AStoppedRunSaysSoAndLeavesTheFormerScript) {
   host.answerAll(kYes);
-  int asked = 0;
-  host.host.dialogs.stopRequested = [&] { return ++asked > 1; };
-  const RunResult result =
+  const RunResult whole =
       mnuCreateSql_Click(session, host.host, list, detail, SqlRows::All, SqlClauses::AsOptions, utf8);
-  EXPECT_EQ(result.tables, 1);
-  EXPECT_FALSE(result.failed);
-  EXPECT_EQ(stamp(1).substr(0, 2), "1|");
-  EXPECT_EQ(stamp(2), "-|-|-|-");
+  const std::string former = script(whole);
+  const std::string stamped = stamp(2);
+  for (const bool runnable : {false, true}) {
+    list.mnuCreateSQLRunnable.checked = runnable;
+    int asked = 0;
+    host.host.dialogs.stopRequested = [&] { return ++asked > 1; };
+    host.messages.clear();
+    const RunResult stopped =
+        mnuCreateSql_Click(session, host.host, list, detail, SqlRows::All, SqlClauses::AsOptions, utf8);
+    EXPECT_EQ(stopped.tables, 1);
+    EXPECT_TRUE(stopped.stopped);
+    EXPECT_FALSE(stopped.failed);
+    EXPECT_EQ(stopped.file.filename(), "Sql_販売.途中.txt");
+    EXPECT_EQ(host.messages[1],
+              "確認|中断しました. 1件まで出力しています.\n 途中までのファイル : " + stopped.file.string());
+    EXPECT_EQ(host.opened.back(), stopped.file.string());
+    EXPECT_NE(script(stopped).find("CREATE TABLE"), std::string::npos);
+    EXPECT_EQ(script(whole), former);
+    EXPECT_EQ(stamp(2), stamped);
+  }
+
+  select({0, 1});
+  int asked = 0;
+  host.host.dialogs.stopRequested = [&] { return ++asked > 2; };
+  const RunResult selection = mnuCreateSQLSel_Click(session, host.host, list, detail, SqlClauses::AsOptions, utf8);
+  EXPECT_TRUE(selection.stopped);
+  EXPECT_EQ(selection.tables, 1);
+  EXPECT_EQ(script(whole), former);
+
+  host.host.dialogs.stopRequested = [] { return false; };
+  list.mnuCreateSQLRunnable.checked = false;
+  EXPECT_FALSE(mnuCreateSql_Click(session, host.host, list, detail, SqlRows::All, SqlClauses::AsOptions, utf8).stopped);
+  EXPECT_FALSE(std::filesystem::exists(selection.file)) << "the next whole script takes its place";
+}
+
+TEST_F(FrameTest, TwoRunsToOneTargetDoNotCutEachOther) {
+  host.answerAll(kYes);
+  const std::string file = host.folder.file("a.sql");
+  GrowingFile other(file);
+  other.write("theirs");
+  const RunResult refused = mnuCreateSql_Click(session, host.host, list, detail, SqlRows::All, SqlClauses::AsOptions,
+                                               {file, TextEncoding::Utf8});
+  EXPECT_TRUE(refused.failed);
+  EXPECT_TRUE(refused.file.empty());
+  other.commit();
+  EXPECT_EQ(readFile(file), "theirs");
 }
 
 TEST_F(FrameTest, ASystemThatCannotBeReadEndsTheRun) {
@@ -300,16 +343,34 @@ TEST_F(FrameTest, ASystemThatCannotBeReadEndsTheRun) {
   EXPECT_TRUE(mnuCreateSQLSel_Click(session, host.host, list, detail, SqlClauses::AsOptions).failed);
 }
 
-TEST_F(FrameTest, AChosenTargetIsWrittenAndADeviceIsNotDeleted) {
+TEST_F(FrameTest, AChosenTargetIsWrittenUnlessItIsNotOurs) {
   host.answerAll(kYes);
   list.LstTable.listIndex = 0;
-  const auto device = host.folder.path() / "out";
-  std::filesystem::create_symlink("/dev/null", device);
-  const RunResult result = mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions,
-                                              {device, TextEncoding::Utf8});
-  EXPECT_EQ(result.file, device);
-  EXPECT_TRUE(std::filesystem::is_symlink(device));
-  EXPECT_FALSE(result.failed);
+  const auto chosen = host.folder.path() / "out.sql";
+  EXPECT_EQ(mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions,
+                               {chosen, TextEncoding::Utf8})
+                .file,
+            chosen);
+  const auto link = host.folder.path() / "link";
+  std::filesystem::create_symlink(chosen, link);
+  const std::string repository = session.gDB->path();
+  const std::string former = readFile(chosen);
+  const std::string stamped = stamp(1);
+  select({0, 1});
+  for (const std::string& file : {link.string(), std::string("/dev/null"), repository, repository + "-journal"}) {
+    host.messages.clear();
+    const RunResult one = mnuCreateSql_Click(session, host.host, list, detail, SqlRows::Current, SqlClauses::AsOptions,
+                                             {file, TextEncoding::Utf8});
+    EXPECT_TRUE(one.failed && one.file.empty()) << file;
+    const RunResult more =
+        mnuCreateSQLSel_Click(session, host.host, list, detail, SqlClauses::AsOptions, {{file}, TextEncoding::Utf8});
+    EXPECT_TRUE(more.failed && more.file.empty()) << file;
+    EXPECT_TRUE(host.messages.back().starts_with("確認|出力エラーがありました.\n出力先に指定できないファイルです.\n"))
+        << host.messages.back();
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(link) && std::filesystem::is_character_file("/dev/null"));
+  EXPECT_EQ(readFile(chosen), former);
+  EXPECT_EQ(stamp(1), stamped);
 }
 
 TEST_F(FrameTest, BackupCheckIsToggledAndStored) {
