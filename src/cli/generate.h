@@ -38,8 +38,8 @@ std::vector<int> chosenRows(Run& run, const frmTBList& list, const std::vector<s
 std::vector<int> allRows(const frmTBList& list);
 /// The list screen of a System with the named tables in LstTableSel; none means all. False after a message.
 bool chooseTables(Run& run, const std::string& system, const std::vector<std::string>& tables, frmTBList& list);
-/// Prints the path of what a routine has made. A routine that gave "" has told why, or was answered "no"; what a stopped
-/// one has left is told.
+/// Prints the path of what a routine has made. A routine that gave "" has told why, or was answered "no"; what a
+/// stopped one has left is told.
 ExitStatus printFile(Run& run, const BookRun& books, const std::string& path);
 
 /// Writes the script of the chosen tables and prints its path. A run with lost characters, one that was stopped, and

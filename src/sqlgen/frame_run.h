@@ -34,8 +34,8 @@ struct ScriptRun {
   SqlHistory history{};
   std::vector<RunnableScript> runnable{};  ///< what a run in the runnable form has collected, one a kind
   ScriptText waitingHead{};                ///< of such a run: the first table's kind decides what stands before it
-  std::optional<ScriptFile> file{};  ///< opened by the first row
-  bool whole = true;                 ///< all that was asked for is in the file
+  std::optional<ScriptFile> file{};        ///< opened by the first row
+  bool whole = true;                       ///< all that was asked for is in the file
   RunResult result{};
   long done = 0;
   long total = 0;
