@@ -22,6 +22,11 @@ struct Box {
   double height = 0;
 };
 
+struct Point {
+  double x = 0;
+  double y = 0;
+};
+
 /// A side of a shape, in whose middle a connector can hold on.
 enum class ShapeEdge { Top, Left, Bottom, Right };
 
@@ -52,14 +57,16 @@ struct SheetShape {
   bool shadow = false;
 };
 
-/// A line from one shape of the drawing to another that follows when a person moves them. Shapes count from 0. It ends
-/// in an arrow.
+/// A line from one shape of the drawing to another, along its points, the ends included: straight, or by turns across
+/// and down. Shapes count from 0. It ends in an arrow. Where the program can, it follows when a person moves the
+/// shapes.
 struct SheetConnector {
   std::string name;
   std::size_t fromShape = 0;
   ShapeEdge fromEdge = ShapeEdge::Right;
   std::size_t toShape = 0;
   ShapeEdge toEdge = ShapeEdge::Left;
+  std::vector<Point> points;
   std::uint32_t colour = 0x404040;
 };
 
@@ -100,7 +107,7 @@ struct SheetGeometry {
 using AddMedia = std::function<std::string(const std::string& bytes, std::string_view extension)>;
 
 /// The anchor elements of xl/drawings/drawingN.xml for all but the objects. Ids of shapes count up from `firstId`.
-/// Connectors that name a shape which is not there are left out.
+/// Connectors that name a shape which is not there, or have no two points, are left out.
 std::string drawingAnchors(const Drawing& drawing, const SheetGeometry& geometry, int firstId,
                            const AddMedia& addMedia);
 
