@@ -9,9 +9,11 @@
 #include <fstream>
 #include <iterator>
 #include <unordered_map>
+#include <utility>
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "common/typed_cell.h"
 #include "editing/frm_tb_detail.h"
 
 namespace quillmarden {
@@ -53,13 +55,14 @@ std::string faultOf(std::string_view line, const std::vector<std::string>& cells
   if (!isUtf8(line)) return "UTF-8として正しくありません.";
   if (cells.size() > static_cast<std::size_t>(grid.maxCols()))
     return fmt::format("セルが{}個あります. {}個までです.", cells.size(), grid.maxCols());
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    const SpreadColumn& column = grid.column(static_cast<int>(i) + 1);
-    bool number = column.kind == CellKind::Integer || column.kind == CellKind::Float;
-    if (number && !trim(cells[i]).empty() && !isNumeric(cells[i]))
-      return fmt::format("{}列目[{}]が数値ではありません.", i + 1, column.title);
-  }
   return "";
+}
+
+/// A cell as a file has it.
+std::string shown(std::string_view text) {
+  std::string cell;
+  putCell(cell, text);
+  return cell;
 }
 
 /// The loaded rows, each to be claimed once.
@@ -73,9 +76,9 @@ class LoadedRows {
     }
   }
 
-  /// The tag of the row whose cell has this text, 0 when there is none or it is taken. With `name` the row's field
-  /// name must be this one as well.
-  long claim(int col, std::string_view text, const std::string* name = nullptr) {
+  /// The row whose cell has this text, 0 when there is none or it is taken. With `name` the row's field name must be
+  /// this one as well.
+  int claim(int col, std::string_view text, const std::string* name = nullptr) {
     if (trim(text).empty()) return 0;
     auto [first, last] = rows_.equal_range(key(col, text));
     for (auto it = first; it != last; ++it) {
@@ -83,7 +86,7 @@ class LoadedRows {
       if (taken_[row]) continue;
       if (name && !equalsNoCase(trim(grid_.text(field_col::kFieldName, it->second)), trim(*name))) continue;
       taken_[row] = true;
-      return grid_.rowTag(it->second);
+      return it->second;
     }
     return 0;
   }
@@ -117,18 +120,51 @@ std::string cellName(std::size_t row, int col, const Spread& grid) {
   return fmt::format("{}行目 : {}列目[{}]", row, col, grid.column(col).title);
 }
 
-std::string lengthFault(const GridText& text, const Spread& grid) {
-  const auto characters = [](std::string_view cell) {
-    return std::count_if(cell.begin(), cell.end(), [](char byte) { return (byte & 0xC0) != 0x80; });
+LoadedCell loadedByRow(const Spread& grid, std::vector<int> continued) {
+  return [&grid, continued = std::move(continued)](std::size_t row, int col,
+                                                   std::string_view cell) -> std::optional<std::string> {
+    if (continued[row] == 0) return std::nullopt;
+    const std::string_view stored = grid.text(col, continued[row]);
+    return shown(stored) == cell ? std::optional<std::string>(stored) : std::nullopt;
   };
+}
+
+LoadedCell loadedByColumn(const Spread& grid) {
+  std::unordered_map<std::string, std::string> stored;
+  const auto key = [](int col, std::string_view text) { return fmt::format("{}:{}", col, text); };
+  for (int row = 1; row <= grid.maxRows(); ++row)
+    for (int col = 1; col <= grid.maxCols(); ++col)
+      stored.emplace(key(col, shown(grid.text(col, row))), grid.text(col, row));
+  return [stored = std::move(stored), key](std::size_t, int col, std::string_view cell) -> std::optional<std::string> {
+    const auto found = stored.find(key(col, cell));
+    return found == stored.end() ? std::nullopt : std::optional<std::string>(found->second);
+  };
+}
+
+std::string takeCells(GridText& text, const Spread& grid, const LoadedCell& loaded) {
+  constexpr std::size_t kMostTold = 10;
+  std::vector<std::string> faults;
   for (std::size_t row = 0; row < text.rows.size(); ++row) {
-    for (int col = 1; col <= static_cast<int>(text.rows[row].size()); ++col) {
-      const int limit = grid.column(col).maxLength;
-      if (limit == 0 || characters(text.rows[row][static_cast<std::size_t>(col - 1)]) <= limit) continue;
-      return fmt::format("{}が長すぎます. {}文字までです.", cellName(row + 1, col, grid), limit);
+    for (std::size_t i = 0; i < text.rows[row].size(); ++i) {
+      const int col = static_cast<int>(i) + 1;
+      std::string& cell = text.rows[row][i];
+      if (auto stored = loaded(row, col, cell)) {
+        cell = std::move(*stored);
+        continue;
+      }
+      const SpreadColumn& column = grid.column(col);
+      if (column.kind == CellKind::Static) continue;
+      TypedCell typed = typedCell(column, column.kind, cell);
+      if (typed.fault.empty())
+        cell = std::move(typed.text);
+      else
+        faults.push_back(cellName(row + 1, col, grid) + typed.fault);
     }
   }
-  return "";
+  const std::size_t left = faults.size() - std::min(faults.size(), kMostTold);
+  faults.resize(faults.size() - left);
+  if (left > 0) faults.push_back(fmt::format("他 {}件", left));
+  return fmt::format("{}", fmt::join(faults, "\n "));
 }
 
 GridText parseGridText(std::string_view text, const Spread& grid) {
@@ -150,29 +186,35 @@ GridText parseGridText(std::string_view text, const Spread& grid) {
   return result;
 }
 
-void replaceRows(Spread& grid, std::vector<std::vector<std::string>> rows) {
-  for (auto& cells : rows) cells.resize(field_col::kCount);
-  auto cell = [&](std::size_t row, int col) -> const std::string& {
-    return rows[row][static_cast<std::size_t>(col - 1)];
+std::vector<int> continuedRows(const Spread& grid, const std::vector<std::vector<std::string>>& rows) {
+  const auto cell = [&](std::size_t row, int col) {
+    const std::size_t place = static_cast<std::size_t>(col - 1);
+    return place < rows[row].size() ? rows[row][place] : std::string();
   };
-
   LoadedRows loaded(grid);
-  std::vector<long> tags(rows.size());
+  std::vector<int> continued(rows.size());
   // Rows that have kept both order and name come first, so that a copied line never takes the identity away from the
   // line that it was copied from.
-  for (std::size_t row = 0; row < rows.size(); ++row)
-    tags[row] = loaded.claim(field_col::kOrder, cell(row, field_col::kOrder), &cell(row, field_col::kFieldName));
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    const std::string name = cell(row, field_col::kFieldName);
+    continued[row] = loaded.claim(field_col::kOrder, cell(row, field_col::kOrder), &name);
+  }
   for (int col : {field_col::kOrder, field_col::kFieldName, field_col::kJapaneseName})
     for (std::size_t row = 0; row < rows.size(); ++row)
-      if (tags[row] == 0) tags[row] = loaded.claim(col, cell(row, col));
+      if (continued[row] == 0) continued[row] = loaded.claim(col, cell(row, col));
+  return continued;
+}
 
+void replaceRows(Spread& grid, std::vector<std::vector<std::string>> rows, const std::vector<int>& continued) {
+  std::vector<long> tags;
+  for (int row : continued) tags.push_back(grid.rowTag(row));
   grid.setMaxRows(0);
   grid.setMaxRows(static_cast<int>(rows.size()));
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    int row = static_cast<int>(i) + 1;
+    const int row = static_cast<int>(i) + 1;
     grid.setRowTag(row, tags[i]);
-    for (int col = 1; col <= field_col::kCount; ++col)
-      grid.setText(col, row, std::move(rows[i][static_cast<std::size_t>(col - 1)]));
+    for (std::size_t cell = 0; cell < rows[i].size(); ++cell)
+      grid.setText(static_cast<int>(cell) + 1, row, rows[i][cell]);
   }
 }
 

@@ -37,7 +37,7 @@ void putMemo(std::string& output, const Spread& grid) {
   }
 }
 
-std::string memoFault(const GridText& text, const Spread& grid) {
+std::string memoFault(GridText& text, const Spread& grid) {
   if (!text.fault.empty()) return text.fault;
   for (std::size_t row = 0; row < text.rows.size(); ++row) {
     const auto& cells = text.rows[row];
@@ -45,7 +45,7 @@ std::string memoFault(const GridText& text, const Spread& grid) {
     if (!parseDateTime(trim(cells[memoCol::kCreated - 1])))
       return cellName(row + 1, memoCol::kCreated, grid) + "が日時ではありません.";
   }
-  return lengthFault(text, grid);
+  return takeCells(text, grid, loadedByColumn(grid));
 }
 
 ExitStatus runMemo(Run& run, const MemoOptions& options) {
@@ -65,7 +65,7 @@ ExitStatus runMemo(Run& run, const MemoOptions& options) {
     putMemo(run.output, memo.Spread);
     return kDone;
   }
-  const GridText lines = parseGridText(text, memo.Spread);
+  GridText lines = parseGridText(text, memo.Spread);
   if (const std::string fault = memoFault(lines, memo.Spread); !fault.empty())
     return failure(run, fmt::format("{}\n {}", options.saveFile, fault));
   memo.Spread.setMaxRows(0);

@@ -4,6 +4,8 @@
 
 #include "cli/console_session.h"
 #include "cli/grid_file.h"
+#include "common/text.h"
+#include "common/typed_cell.h"
 #include "editing/frm_tb_detail.h"
 
 namespace quillmarden {
@@ -22,6 +24,44 @@ void addSaveOptions(OptionSet& set, SaveOptions& options) {
   set.text("--grid", options.gridFile, "FILE", "項目のファイル(必須)。見出しなし、行末のセルは省略できる").required();
 }
 
+namespace gridField = field_col;
+
+const SpreadColumn kLinkNumber{.title = "", .kind = CellKind::Integer, .minimum = 0, .maximum = 2147483647};
+
+bool domainExists(Database& database, const std::string& id) {
+  return id == "0" || !database.openRecordset("SELECT ID FROM MAS_DOMAIN WHERE 削除フラグ = 0 AND ID = " + id).eof();
+}
+
+/// The columns for the cells of a file. Of a text file's layout the positions are computed by every save, and for a key
+/// the Repository has a word in the place of one.
+Spread fileColumns(const frmTBDetail& detail) {
+  std::vector<SpreadColumn> columns;
+  for (int column = 1; column <= detail.Spread.maxCols(); ++column) columns.push_back(detail.Spread.column(column));
+  if (detail.mode == DetailMode::Text)
+    for (const int position : {gridField::kLength, gridField::kNull})
+      columns[static_cast<std::size_t>(position - 1)].kind = CellKind::Static;
+  Spread grid;
+  grid.setColumns(std::move(columns));
+  return grid;
+}
+
+/// The columns that no cell of the screen takes by typing, but that links bring numbers into.
+std::string linkFault(Run& run, const GridText& text, const Spread& grid, const LoadedCell& loaded) {
+  for (std::size_t row = 0; row < text.rows.size(); ++row) {
+    for (const int column : {gridField::kDomainId, gridField::kForeignTableId, gridField::kForeignRowNo}) {
+      const auto place = static_cast<std::size_t>(column - 1);
+      if (place >= text.rows[row].size()) break;
+      const std::string_view cell = trim(text.rows[row][place]);
+      if (cell.empty() || loaded(row, column, text.rows[row][place])) continue;
+      const TypedCell number = typedCell(kLinkNumber, CellKind::Integer, cell);
+      if (!number.fault.empty()) return cellName(row + 1, column, grid) + number.fault;
+      if (column == gridField::kDomainId && !domainExists(*run.session.gDB, number.text))
+        return cellName(row + 1, column, grid) + "がドメインにありません.";
+    }
+  }
+  return "";
+}
+
 ExitStatus runSave(Run& run, const SaveOptions& options) {
   frmTBDetail detail;
   std::string text;
@@ -32,8 +72,15 @@ ExitStatus runSave(Run& run, const SaveOptions& options) {
     return failure(run, fmt::format("このテーブルは編集できません.\n {}", detail.caption));
 
   GridText grid = parseGridText(text, detail.Spread);
-  if (!grid.fault.empty()) return failure(run, fmt::format("{}\n {}", options.gridFile, grid.fault));
-  replaceRows(detail.Spread, std::move(grid.rows));
+  std::string fault = grid.fault;
+  const std::vector<int> continued = continuedRows(detail.Spread, grid.rows);
+  if (fault.empty()) {
+    const LoadedCell loaded = loadedByRow(detail.Spread, continued);
+    fault = linkFault(run, grid, detail.Spread, loaded);
+    if (fault.empty()) fault = takeCells(grid, fileColumns(detail), loaded);
+  }
+  if (!fault.empty()) return failure(run, fmt::format("{}\n {}", options.gridFile, fault));
+  replaceRows(detail.Spread, std::move(grid.rows), continued);
   for (int row = 1; row <= detail.Spread.maxRows(); ++row)
     detail.Spread.setText(field_col::kChanged, row, std::string(kChangedMark));
   detail.changed = true;

@@ -86,11 +86,13 @@ std::vector<Column> columns() {
   for (const SystemFlagColumn& column : systemFlagColumns())
     all.push_back({column.column, [control = column.control](Run& run, frmSystemInf& screen, const std::string& value) {
                      std::string fault = takeFlag(screen.*control, value);
-                     // The later of the two letter cases counts, as on the screen.
+                     // The latest of the letter cases counts, as on the screen.
                      if (control == &frmSystemInf::ChkFieldNameLcase)
                        ChkFieldNameLcase_Click(run.session, run.host, screen);
                      if (control == &frmSystemInf::ChkFieldNameUcase)
                        ChkFieldNameUcase_Click(run.session, run.host, screen);
+                     if (control == &frmSystemInf::ChkFieldNameAsTyped)
+                       ChkFieldNameAsTyped_Click(run.session, run.host, screen);
                      return fault;
                    }});
   all.push_back({"修正許可", [](Run&, frmSystemInf& screen, const std::string& value) {

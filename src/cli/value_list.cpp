@@ -71,7 +71,7 @@ std::string valueFault(std::string_view value, bool numeric, std::unordered_map<
 }
 
 /// What the screen would not let a person type, and its check for equal values, with the line and cell.
-std::string valueListFault(const GridText& text, const Spread& grid) {
+std::string valueListFault(GridText& text, const Spread& grid, const Spread& loaded) {
   if (!text.fault.empty()) return text.fault;
   const bool numeric = grid.column(valueCol::kValue).kind == CellKind::Integer;
   std::unordered_map<std::string, std::size_t> seen;
@@ -87,7 +87,7 @@ std::string valueListFault(const GridText& text, const Spread& grid) {
         cells.size() < valueCol::kValue ? "" : valueFault(cells[valueCol::kValue - 1], numeric, seen);
     if (!fault.empty()) return cellName(row + 1, valueCol::kValue, grid) + fault;
   }
-  return lengthFault(text, grid);
+  return takeCells(text, grid, loadedByColumn(loaded));
 }
 
 /// Puts the file's rows in the place of the grid's; an entry whose value stays keeps its maker.
@@ -180,8 +180,8 @@ bool saveEntries(Run& run, const std::string& file, frmDivision& screen, const V
   if (item.type == "Yes/No") return failure(run, "Yes/No型では、値を登録できません.") == kDone;
   if (showValueList(run.session, run.host, screen, item)) return false;
   const Spread grid = fileGrid(screen);
-  const GridText lines = parseGridText(text, grid);
-  if (const std::string fault = valueListFault(lines, grid); !fault.empty())
+  GridText lines = parseGridText(text, grid);
+  if (const std::string fault = valueListFault(lines, grid, screen.Spread); !fault.empty())
     return failure(run, fmt::format("{}\n {}", file, fault)) == kDone;
   replaceEntries(screen.Spread, lines.rows);
   return !CmdUpDate_Click(run.session, run.host, screen);

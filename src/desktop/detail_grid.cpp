@@ -17,20 +17,6 @@ namespace quillmarden {
 
 namespace {
 
-void fillCells(View& view, frmTBDetail& record, int col, int row, const TextRows& texts) {
-  const auto putRow = [&](int target, const std::vector<std::string>& cells) {
-    int column = col;
-    for (const std::string& text : cells) {
-      while (column <= record.Spread.maxCols() && record.Spread.column(column).hidden) ++column;
-      if (column > record.Spread.maxCols()) return;
-      putCell(view.app().session, record, column++, target, text);
-    }
-  };
-  changeGrid(record, [&] {
-    for (std::size_t i = 0; i < texts.size(); ++i) putRow(row + static_cast<int>(i), texts[i]);
-  });
-}
-
 /// The grid's menus of the menu map, one behind the other.
 QMenu* makePopUp(View& view) {
   auto* popUp = new QMenu(&view);
@@ -51,8 +37,8 @@ SpreadActions detailActions(View& view, frmTBDetail& record) {
   actions.writeCell = [=, &app, &record](int col, int row, std::string_view text) {
     run([&] { cellEdited(app.session, app.host, record, col, row, text); });
   };
-  actions.writeBlock = [=, &view, &record](int col, int row, const TextRows& texts) {
-    run([&] { fillCells(view, record, col, row, texts); });
+  actions.writeBlock = [=, &app, &record](int col, int row, const TextRows& texts) {
+    run([&] { putBlock(app.session, app.host, record, col, row, texts); });
   };
   actions.clear = [=, &app, &record] { run([&] { clearCells(app.session, app.host, record, record.selection); }); };
   actions.copy = [=, &app, &record] {

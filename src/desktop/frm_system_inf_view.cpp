@@ -238,6 +238,8 @@ QWidget* FrmSystemInfView::makeNaming() {
                           record_.ChkFieldNameLcase, ChkFieldNameLcase_Click));
   checks->addWidget(check("ChkFieldNameUcase", "項目名(物理・フィールド名)を常に大文字として登録する",
                           record_.ChkFieldNameUcase, ChkFieldNameUcase_Click));
+  checks->addWidget(check("ChkFieldNameAsTyped", "項目名(物理)を入力のまま登録する", record_.ChkFieldNameAsTyped,
+                          ChkFieldNameAsTyped_Click));
   checks->addWidget(check("ChkFieldNameNarrow", "項目名(物理・フィールド名)の全角英数字を半角として登録する",
                           record_.ChkFieldNameNarrow));
   checks->addWidget(check("ChkRyakuLower", "略名を小文字半角にする", record_.ChkRyakuLower));

@@ -55,25 +55,16 @@ Handler PlainGrid::asStep(Handler handler) {
 }
 
 void PlainGrid::write(int col, int row, const TextRows& texts) {
+  QString fault;
   view_.front().turn().run([&] {
     step([&] {
-      for (std::size_t i = 0; i < texts.size(); ++i) writeRow(col, row + static_cast<int>(i), texts[i]);
+      for (std::size_t i = 0; i < texts.size(); ++i) {
+        const QString found = writeRow(col, row + static_cast<int>(i), texts[i], changed_);
+        if (fault.isEmpty()) fault = found;
+      }
     });
   });
-}
-
-void PlainGrid::writeRow(int col, int row, const std::vector<std::string>& texts) {
-  for (const std::string& text : texts) {
-    while (col <= spread_.maxCols() && spread_.column(col).hidden) ++col;
-    if (col > spread_.maxCols()) return;
-    const CellKind kind = row > spread_.maxRows() ? spread_.column(col).kind : spread_.kind(col, row);
-    const auto fitting = textForCell(spread_.column(col), kind, text);
-    if (fitting && *fitting != spread_.text(col, row)) {
-      spread_.setText(col, row, *fitting);
-      changed_(col, row);
-    }
-    ++col;
-  }
+  if (!fault.isEmpty()) tellFault(spreadModel().index(row - 1, col - 1), fault);
 }
 
 void PlainGrid::takeStep(const GridStep* (GridUndo::*take)(Spread&)) {

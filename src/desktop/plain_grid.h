@@ -32,7 +32,6 @@ class PlainGrid : public SpreadView {
  private:
   static SpreadActions actionsOf(PlainGrid* grid);
   void write(int col, int row, const TextRows& texts);
-  void writeRow(int col, int row, const std::vector<std::string>& texts);
   void step(const Handler& body);
   void takeStep(const GridStep* (GridUndo::*take)(Spread&));
   void noteBlock();

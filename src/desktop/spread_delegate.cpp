@@ -9,9 +9,13 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QSignalBlocker>
+#include <QTextCursor>
 #include <QValidator>
+#include <algorithm>
 
 #include "common/text.h"
+#include "common/typed_cell.h"
 #include "desktop/binder.h"
 #include "desktop/spread_model.h"
 
@@ -108,16 +112,45 @@ CellStep stepOf(const QKeyEvent& key, bool typing) {
   }
 }
 
-/// The entry that the text means: the one that equals it but for case and blanks, else the first that begins with it.
-/// -1 for none.
-int entryOf(const QComboBox& list, const QString& text) {
+/// The entry that the text means: the one that equals it but for case and blanks, else the first that begins with it,
+/// unless other texts are taken as well. -1 for none.
+int entryOf(const QComboBox& list, const QString& text, bool open) {
   const QString wanted = text.trimmed();
   for (int i = 0; i < list.count(); ++i)
     if (list.itemText(i).trimmed().compare(wanted, Qt::CaseInsensitive) == 0) return i;
-  if (wanted.isEmpty()) return -1;
+  if (wanted.isEmpty() || open) return -1;
   for (int i = 0; i < list.count(); ++i)
     if (list.itemText(i).startsWith(wanted, Qt::CaseInsensitive)) return i;
   return -1;
+}
+
+/// What an editor's text means for the cell.
+QString textOf(const QWidget* editor, const QModelIndex& index) {
+  if (const auto* list = qobject_cast<const QComboBox*>(editor)) {
+    const int entry = entryOf(*list, list->currentText(), index.data(SpreadModel::kOpenRole).toBool());
+    return entry >= 0 ? list->itemText(entry) : list->currentText();
+  }
+  if (const auto* lines = qobject_cast<const QPlainTextEdit*>(editor)) return lines->toPlainText();
+  const auto* line = qobject_cast<const QLineEdit*>(editor);
+  return line ? line->text() : QString();
+}
+
+qsizetype widthOf(const QString& text) { return static_cast<qsizetype>(gLenB(fromQt(text))); }
+
+/// A text after an edit that ended at `cursor`, without what goes beyond `length` bytes: the end of what was just put
+/// in. A text that was too long before can only become shorter. The cursor moves along.
+QString within(const QString& text, const QString& former, int length, qsizetype& cursor) {
+  if (widthOf(text) <= length) return text;
+  if (widthOf(former) > length) {
+    if (widthOf(text) < widthOf(former)) return text;
+    cursor = std::min(cursor, former.size());
+    return former;
+  }
+  const QString behind = text.mid(cursor);
+  const auto room = static_cast<std::size_t>(std::max<qsizetype>(length - widthOf(behind), 0));
+  const QString before = toQt(gMidB(fromQt(text.left(cursor)), 1, room));
+  cursor = before.size();
+  return before + behind;
 }
 
 }  // namespace
@@ -191,13 +224,14 @@ QWidget* SpreadDelegate::createEditor(QWidget* parent, const QStyleOptionViewIte
   if (kind == CellKind::List) {
     editor = listEditor(parent, index);
   } else if (kind == CellKind::Edit && index.data(Qt::EditRole).toString().contains('\n')) {
-    editor = new QPlainTextEdit(parent);
+    auto* lines = new QPlainTextEdit(parent);
+    limit(lines, index);
+    editor = lines;
   } else {
     auto* line = new QLineEdit(parent);
     line->setFrame(false);
     line->setTextMargins(kTextMargin - 2, 0, kTextMargin - 2, 0);
-    if (const int length = index.data(SpreadModel::kMaxLengthRole).toInt(); kind == CellKind::Edit && length > 0)
-      line->setMaxLength(length);
+    if (kind == CellKind::Edit) limit(line, index);
     if (kind == CellKind::Integer || kind == CellKind::Float) {
       line->setAlignment(Qt::AlignRight);
       line->setInputMethodHints(Qt::ImhPreferNumbers);
@@ -207,10 +241,51 @@ QWidget* SpreadDelegate::createEditor(QWidget* parent, const QStyleOptionViewIte
     }
     editor = line;
   }
+  edited_ = index;
   // The editor lies in the cell's place: no room for the frame that fields have elsewhere.
   editor->setStyleSheet(QStringLiteral("border: 0; border-radius: 0; padding: 0;"));
   editor->setAutoFillBackground(true);
   return editor;
+}
+
+void SpreadDelegate::tellLimit(const QModelIndex& index) const {
+  const int length = index.data(SpreadModel::kMaxLengthRole).toInt();
+  if (tellFault) tellFault(index, toQt(limitText(length) + "までです."));
+}
+
+void SpreadDelegate::limit(QLineEdit* line, const QModelIndex& index) const {
+  const int length = index.data(SpreadModel::kMaxLengthRole).toInt();
+  if (length <= 0) return;
+  connect(line, &QLineEdit::textEdited, this,
+          [=, this, former = index.data(Qt::EditRole).toString(),
+           cell = QPersistentModelIndex(index)](const QString& text) mutable {
+            qsizetype cursor = line->cursorPosition();
+            const QString kept = within(text, former, length, cursor);
+            former = kept;
+            if (kept == text) return;
+            line->setText(kept);
+            line->setCursorPosition(static_cast<int>(cursor));
+            tellLimit(cell);
+          });
+}
+
+void SpreadDelegate::limit(QPlainTextEdit* lines, const QModelIndex& index) const {
+  const int length = index.data(SpreadModel::kMaxLengthRole).toInt();
+  if (length <= 0) return;
+  connect(lines, &QPlainTextEdit::textChanged, this,
+          [=, this, former = index.data(Qt::EditRole).toString(), cell = QPersistentModelIndex(index)]() mutable {
+            const QString text = lines->toPlainText();
+            qsizetype at = lines->textCursor().position();
+            const QString kept = within(text, former, length, at);
+            former = kept;
+            if (kept == text) return;
+            const QSignalBlocker quiet(lines);
+            lines->setPlainText(kept);
+            QTextCursor cursor = lines->textCursor();
+            cursor.setPosition(static_cast<int>(at));
+            lines->setTextCursor(cursor);
+            tellLimit(cell);
+          });
 }
 
 void SpreadDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
@@ -218,6 +293,8 @@ void SpreadDelegate::setEditorData(QWidget* editor, const QModelIndex& index) co
   if (auto* list = qobject_cast<QComboBox*>(editor)) {
     list->setCurrentIndex(list->findText(text));
     list->setEditText(text);
+    // What is typed takes the place of the cell's text, as in the other cells.
+    list->lineEdit()->selectAll();
   } else if (auto* lines = qobject_cast<QPlainTextEdit*>(editor)) {
     lines->setPlainText(text);
   } else if (auto* line = qobject_cast<QLineEdit*>(editor)) {
@@ -226,20 +303,8 @@ void SpreadDelegate::setEditorData(QWidget* editor, const QModelIndex& index) co
 }
 
 void SpreadDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const {
-  if (const auto* list = qobject_cast<QComboBox*>(editor)) {
-    const int entry = entryOf(*list, list->currentText());
-    if (entry >= 0) {
-      model->setData(index, list->itemText(entry), Qt::EditRole);
-    } else if (list->currentText().trimmed().isEmpty()) {
-      model->setData(index, QString(), Qt::EditRole);
-    }
-  } else if (const auto* lines = qobject_cast<QPlainTextEdit*>(editor)) {
-    const int length = index.data(SpreadModel::kMaxLengthRole).toInt();
-    const QString text = lines->toPlainText();
-    model->setData(index, length > 0 ? text.left(length) : text, Qt::EditRole);
-  } else if (const auto* line = qobject_cast<QLineEdit*>(editor)) {
-    if (line->hasAcceptableInput()) model->setData(index, line->text(), Qt::EditRole);
-  }
+  const auto* line = qobject_cast<const QLineEdit*>(editor);
+  if (!line || line->hasAcceptableInput()) model->setData(index, textOf(editor, index), Qt::EditRole);
 }
 
 void SpreadDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
@@ -255,6 +320,11 @@ void SpreadDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionVie
 }
 
 void SpreadDelegate::finish(QWidget* editor, CellStep step) {
+  // What a cell does not take stays in the editor, so that it can be put right.
+  if (const QString fault = faultOf ? faultOf(edited_, textOf(editor, edited_)) : QString(); !fault.isEmpty()) {
+    if (tellFault) tellFault(edited_, fault);
+    return;
+  }
   Q_EMIT commitData(editor);
   Q_EMIT closeEditor(editor, NoHint);
   if (leaveCell && step != CellStep::Stay) leaveCell(step);

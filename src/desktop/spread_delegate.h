@@ -1,7 +1,11 @@
 #pragma once
 
+#include <QPersistentModelIndex>
 #include <QStyledItemDelegate>
 #include <functional>
+
+class QLineEdit;
+class QPlainTextEdit;
 
 namespace quillmarden {
 
@@ -18,6 +22,11 @@ class SpreadDelegate : public QStyledItemDelegate {
   void setTyping(bool typing) { typing_ = typing; }
   /// Called after an edit was taken, to go on to the next cell.
   std::function<void(CellStep)> leaveCell;
+  /// Why a cell does not take the text of its editor, "" when it does. An edit that is to end with a key then stays
+  /// open.
+  std::function<QString(const QModelIndex& index, const QString& text)> faultOf;
+  /// Tells it, beside the editor.
+  std::function<void(const QModelIndex& index, const QString& fault)> tellFault;
   /// An entry was picked from the list of a List cell.
   std::function<void()> entryPicked;
 
@@ -34,8 +43,12 @@ class SpreadDelegate : public QStyledItemDelegate {
  private:
   QWidget* listEditor(QWidget* parent, const QModelIndex& index) const;
   void finish(QWidget* editor, CellStep step);
+  void limit(QLineEdit* line, const QModelIndex& index) const;
+  void limit(QPlainTextEdit* lines, const QModelIndex& index) const;
+  void tellLimit(const QModelIndex& index) const;
 
   bool typing_ = false;
+  mutable QPersistentModelIndex edited_;  ///< the cell of the open editor
 };
 
 }  // namespace quillmarden

@@ -4,6 +4,7 @@
 #include <QLocale>
 
 #include "common/numbers.h"
+#include "common/text.h"
 #include "desktop/binder.h"
 #include "desktop/theme.h"
 #include "editing/frm_tb_detail.h"
@@ -159,6 +160,8 @@ QVariant SpreadModel::data(const QModelIndex& index, int role) const {
       for (const std::string& entry : spread_.column(col).entries) entries.append(toQt(entry));
       return entries;
     }
+    case kOpenRole:
+      return spread_.column(col).open;
     case kMinimumRole:
       return spread_.column(col).minimum;
     case kMaximumRole:
@@ -166,6 +169,20 @@ QVariant SpreadModel::data(const QModelIndex& index, int role) const {
     default:
       return {};
   }
+}
+
+TypedCell SpreadModel::typed(const QModelIndex& index, std::string_view text) const {
+  const int col = index.column() + 1;
+  // What stands there stays, even where the cell would not take it any more.
+  if (text == spread_.text(col, index.row() + 1)) return {std::string(text), ""};
+  const SpreadColumn& column = spread_.column(col);
+  TypedCell cell = typedCell(column, kindAt(index), text);
+  if (!cell.fault.empty()) cell.fault = "[" + gReplaceAll(column.title, "\n", "") + "]" + cell.fault;
+  return cell;
+}
+
+QString SpreadModel::faultOf(const QModelIndex& index, const QString& text) const {
+  return toQt(typed(index, fromQt(text)).fault);
 }
 
 bool SpreadModel::setData(const QModelIndex& index, const QVariant& value, int role) {
@@ -181,10 +198,15 @@ bool SpreadModel::setData(const QModelIndex& index, const QVariant& value, int r
   const int col = index.column() + 1;
   const int row = index.row() + 1;
   if (text == spread_.text(col, row)) return true;
+  const TypedCell cell = typed(index, text);
+  if (!cell.fault.empty()) {
+    if (refused) refused(index, toQt(cell.fault));
+    return false;
+  }
   if (writeCell) {
-    writeCell(col, row, text);
+    writeCell(col, row, cell.text);
   } else {
-    spread_.setText(col, row, text);
+    spread_.setText(col, row, cell.text);
   }
   refresh();
   return true;

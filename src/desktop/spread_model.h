@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/typed_cell.h"
 #include "screen/spread.h"
 
 namespace quillmarden {
@@ -15,7 +16,7 @@ namespace quillmarden {
 /// refresh().
 class SpreadModel : public QAbstractTableModel {
  public:
-  enum Role { kKindRole = Qt::UserRole, kMaxLengthRole, kEntriesRole, kMinimumRole, kMaximumRole };
+  enum Role { kKindRole = Qt::UserRole, kMaxLengthRole, kEntriesRole, kOpenRole, kMinimumRole, kMaximumRole };
 
   explicit SpreadModel(Spread& spread, QObject* parent = nullptr);
 
@@ -27,6 +28,8 @@ class SpreadModel : public QAbstractTableModel {
 
   /// Called with the record's column and row and the new text, instead of writing the text straight to the record.
   std::function<void(int col, int row, std::string_view text)> writeCell;
+  /// Called with why a cell does not take a text that was typed into it.
+  std::function<void(const QModelIndex& index, const QString& fault)> refused;
   /// Called by refresh() after titles, widths or hidden columns changed.
   std::function<void()> columnsChanged;
 
@@ -40,6 +43,9 @@ class SpreadModel : public QAbstractTableModel {
   const Spread& spread() const { return spread_; }
   /// The kind as the person meets it: that of the column in the row that waits for a new row.
   CellKind kindAt(const QModelIndex& index) const;
+  /// What a text becomes in the cell. A fault has the column's title before it.
+  TypedCell typed(const QModelIndex& index, std::string_view text) const;
+  QString faultOf(const QModelIndex& index, const QString& text) const;
   bool editable(const QModelIndex& index) const { return kindAt(index) != CellKind::Static; }
 
  private:

@@ -4,11 +4,11 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
-#include "common/numbers.h"
-#include "common/text.h"
+#include "common/typed_cell.h"
 #include "desktop/binder.h"
 
 namespace quillmarden {
@@ -24,31 +24,6 @@ CellBlock blockOf(const QItemSelectionRange& range) {
 
 }  // namespace
 
-std::optional<std::string> textForCell(const SpreadColumn& column, CellKind kind, std::string_view text) {
-  switch (kind) {
-    case CellKind::Static:
-      return std::nullopt;
-    case CellKind::Check:
-      return text == "○" || gVal(text) != 0 ? "-1" : "0";
-    case CellKind::Integer:
-    case CellKind::Float: {
-      std::string number = gReplaceAll(trim(toNarrow(text)), ",", "");
-      if (!number.empty() && !isNumeric(number)) return std::nullopt;
-      return number;
-    }
-    case CellKind::List: {
-      if (trim(text).empty()) return std::string();
-      for (const std::string& entry : column.entries)
-        if (equalsNoCase(trim(entry), trim(text))) return entry;
-      return std::nullopt;
-    }
-    case CellKind::Edit:
-      break;
-  }
-  if (column.maxLength <= 0) return std::string(text);
-  return fromQt(toQt(text).left(column.maxLength));
-}
-
 SpreadView::SpreadView(Spread& spread, SpreadActions actions, QWidget* parent)
     : QTableView(parent),
       actions_(std::move(actions)),
@@ -59,9 +34,12 @@ SpreadView::SpreadView(Spread& spread, SpreadActions actions, QWidget* parent)
     if (actions_.writeCell) return actions_.writeCell(col, row, text);
     change(row, row, [&] { spread_.setText(col, row, text); });
   };
+  model_.refused = [this](const QModelIndex& index, const QString& fault) { tellFault(index, fault); };
   model_.columnsChanged = [this] { applyColumns(); };
   setModel(&model_);
   setItemDelegate(delegate_);
+  delegate_->faultOf = [this](const QModelIndex& index, const QString& text) { return model_.faultOf(index, text); };
+  delegate_->tellFault = [this](const QModelIndex& index, const QString& fault) { tellFault(index, fault); };
   delegate_->leaveCell = [this](CellStep next) { step(next); };
   setSelectionMode(ExtendedSelection);
   setSelectionBehavior(SelectItems);
@@ -114,6 +92,11 @@ void SpreadView::noteWidth(int section, int pixels) {
 void SpreadView::setLatinOnMove(bool on) {
   latinOnMove_ = on;
   setInputMethodHints(on ? Qt::ImhPreferLatin : Qt::ImhNone);
+}
+
+void SpreadView::tellFault(const QModelIndex& index, const QString& fault) {
+  QApplication::beep();
+  QToolTip::showText(viewport()->mapToGlobal(visualRect(index).bottomLeft()), fault, viewport());
 }
 
 void SpreadView::endEdit() {
@@ -219,21 +202,34 @@ void SpreadView::writeBlock(int col, int row, const TextRows& texts) {
   }
   const int lastRow =
       std::min(row + static_cast<int>(texts.size()) - 1, model_.grows() ? Spread::kMaxRows : spread_.maxRows());
+  QString fault;
   change(row, lastRow, [&] {
-    for (int target = row; target <= lastRow; ++target)
-      writeRow(col, target, texts[static_cast<std::size_t>(target - row)]);
+    for (int target = row; target <= lastRow; ++target) {
+      const QString found = writeRow(col, target, texts[static_cast<std::size_t>(target - row)]);
+      if (fault.isEmpty()) fault = found;
+    }
   });
   refresh();
+  if (!fault.isEmpty()) tellFault(model_.index(row - 1, col - 1), fault);
 }
 
-void SpreadView::writeRow(int col, int row, const std::vector<std::string>& texts) {
+QString SpreadView::writeRow(int col, int row, const std::vector<std::string>& texts,
+                             const std::function<void(int col, int row)>& changed) {
+  QString fault;
   for (const std::string& text : texts) {
-    while (col <= spread_.maxCols() && isColumnHidden(col - 1)) ++col;
-    if (col > spread_.maxCols()) return;
+    while (col <= spread_.maxCols() && spread_.column(col).hidden) ++col;
+    if (col > spread_.maxCols()) break;
     const CellKind kind = row > spread_.maxRows() ? spread_.column(col).kind : spread_.kind(col, row);
-    if (const auto fitting = textForCell(spread_.column(col), kind, text)) spread_.setText(col, row, *fitting);
+    const TypedCell cell = typedCell(spread_.column(col), kind, text);
+    if (!cell.fault.empty()) {
+      if (fault.isEmpty() && kind != CellKind::Static) fault = toQt("[" + spread_.column(col).title + "]" + cell.fault);
+    } else if (cell.text != spread_.text(col, row)) {
+      spread_.setText(col, row, cell.text);
+      if (changed) changed(col, row);
+    }
     ++col;
   }
+  return fault;
 }
 
 void SpreadView::copy() {

@@ -31,9 +31,6 @@ struct SpreadActions {
   std::function<void(int col, double width)> widthSet;  ///< in widths of "W", by a person
 };
 
-/// What a text from outside becomes in a cell of this kind; nothing when it cannot stand there.
-std::optional<std::string> textForCell(const SpreadColumn& column, CellKind kind, std::string_view text);
-
 /// A grid as people know it from a spreadsheet: typing replaces, F2 edits, Enter and Tab go on, Shift goes back, Delete
 /// empties, blocks travel through the clipboard, Ctrl+D and Ctrl+R fill. Ctrl+Tab leaves the grid.
 class SpreadView : public QTableView {
@@ -47,6 +44,8 @@ class SpreadView : public QTableView {
   void setLook(double fontSize, double rowHeightScale);
   /// Whether moving to a cell turns the input method to Latin letters.
   void setLatinOnMove(bool on);
+  /// Tells beside a cell why it does not take a text.
+  void tellFault(const QModelIndex& index, const QString& fault);
   /// Takes the text of an open editor into the record.
   void endEdit();
 
@@ -73,6 +72,10 @@ class SpreadView : public QTableView {
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
+  /// Puts texts into the visible cells from this one on and calls `changed` for each that got another text. Why the
+  /// first cell that does not take its text does not; "" for none.
+  QString writeRow(int col, int row, const std::vector<std::string>& texts,
+                   const std::function<void(int col, int row)>& changed = {});
 
  private:
   bool pressShortcut(QKeyEvent& event);
@@ -87,7 +90,6 @@ class SpreadView : public QTableView {
   QModelIndex edgeFrom(const QModelIndex& from, int columns, int rows) const;
   void fill(bool down);
   void writeBlock(int col, int row, const TextRows& texts);
-  void writeRow(int col, int row, const std::vector<std::string>& texts);
   TextRows textsOf(const CellBlock& block) const;
   void change(int firstRow, int lastRow, const std::function<void()>& body);
   void forgetForeignSteps();

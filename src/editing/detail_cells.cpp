@@ -1,11 +1,8 @@
-#include <algorithm>
-#include <cmath>
-#include <optional>
 #include <utility>
 
 #include "common/numbers.h"
 #include "common/text.h"
-#include "common/utf8.h"
+#include "common/typed_cell.h"
 #include "editing/detail_parts.h"
 #include "editing/frm_tb_detail_edit.h"
 
@@ -17,70 +14,10 @@ namespace col = field_col;
 
 constexpr int kDomainCells[] = {col::kType, col::kWholeDigits, col::kFractionDigits, col::kLength, col::kClass};
 
-int characters(std::string_view text) {
-  int count = 0;
-  for (std::size_t at = 0; at < text.size(); at += utf8At(text, at).size) ++count;
-  return count;
-}
-
-/// A line of text; the remark alone may have several.
-std::optional<std::string> editText(const SpreadColumn& column, int number, std::string_view typed) {
-  std::string text = gReplaceAll(typed, "\r", "");
-  if (number != col::kRemark) text = gReplaceAll(gReplaceAll(text, "\n", ""), "\t", " ");
-  if (text.find('\0') != std::string::npos) return std::nullopt;
-  if (column.maxLength > 0 && characters(text) > column.maxLength) return std::nullopt;
-  return text;
-}
-
-std::string checkText(std::string_view typed) {
-  const std::string word = toLower(trim(toNarrow(typed)));
-  return isKey(trim(typed)) || word == "1" || word == "true" ? "-1" : "0";
-}
-
-std::optional<std::string> listText(const SpreadColumn& column, std::string_view typed) {
-  const std::string wanted = toLower(trim(typed));
-  for (const std::string& entry : column.entries)
-    if (toLower(trim(entry)) == wanted) return entry;
-  if (wanted.empty()) return "";
-  return std::nullopt;
-}
-
-std::optional<std::string> numberText(const SpreadColumn& column, bool whole, std::string_view typed) {
-  const std::string narrow = gReplaceAll(toNarrow(typed), ",", "");
-  if (trim(narrow).empty()) return "";
-  if (!isNumeric(narrow)) return std::nullopt;
-  double number = gVal(narrow);
-  if (whole) number = std::round(number);
-  if (!(number >= column.minimum && number <= column.maximum)) return std::nullopt;
-  return plainNumber(number);
-}
-
 /// The kind of a cell, of the row that is about to be made included.
 CellKind kindFor(const Spread& grid, int number, int row) {
   if (row <= grid.maxRows() || grid.locked()) return grid.kind(number, row);
   return grid.column(number).kind;
-}
-
-/// The typed text in the cell's own form; nothing when the cell does not take it.
-std::optional<std::string> cellText(const frmTBDetail& screen, int number, int row, std::string_view typed) {
-  const SpreadColumn& column = screen.Spread.column(number);
-  switch (kindFor(screen.Spread, number, row)) {
-    case CellKind::Edit:
-      return editText(column, number, typed);
-    case CellKind::Check:
-      return checkText(typed);
-    case CellKind::List:
-      // The development language of a program is free text.
-      if (screen.mode == DetailMode::Prj && number == col::kType) return editText(column, number, typed);
-      return listText(column, typed);
-    case CellKind::Integer:
-      return numberText(column, true, typed);
-    case CellKind::Float:
-      return numberText(column, false, typed);
-    case CellKind::Static:
-      break;
-  }
-  return std::nullopt;
 }
 
 /// A type with fixed length brings it along; with the others the length follows the digits. Oracle's lengths need the
@@ -194,14 +131,23 @@ void putTextPositions(Spread& grid, int row, double& position) {
   position += width;
 }
 
+std::string cellFault(const frmTBDetail& screen, int number, int row, std::string_view typed) {
+  const Spread& grid = screen.Spread;
+  if (number < 1 || number > grid.maxCols() || grid.text(number, row) == typed) return "";
+  const std::string fault = typedCell(grid.column(number), kindFor(grid, number, row), typed).fault;
+  return fault.empty() ? "" : "[" + gReplaceAll(grid.column(number).title, "\n", "") + "]" + fault;
+}
+
 bool putCell(Session& session, frmTBDetail& screen, int number, int row, std::string_view newText) {
   Spread& grid = screen.Spread;
   if (!editable(screen) || number < 1 || number > grid.maxCols() || row < 1 || row > Spread::kMaxRows) return false;
-  const std::optional<std::string> text = cellText(screen, number, row, newText);
-  if (!text) return false;
-  const bool unset = grid.column(number).kind == CellKind::Check && !grid.holds(number, row) && *text == "0";
-  if (grid.text(number, row) == *text || unset) return true;
-  grid.setText(number, row, *text);
+  // What stands there stays, even where the cell would not take it any more.
+  if (grid.holds(number, row) && grid.text(number, row) == newText) return true;
+  const auto [text, fault] = typedCell(grid.column(number), kindFor(grid, number, row), newText);
+  if (!fault.empty()) return false;
+  const bool unset = grid.column(number).kind == CellKind::Check && !grid.holds(number, row) && text == "0";
+  if (grid.text(number, row) == text || unset) return true;
+  grid.setText(number, row, text);
   followCell(session, screen, number, row);
   markRow(screen, row);
   return true;

@@ -28,6 +28,20 @@ std::string selectColumns(Database& database, std::string_view table, std::strin
 /// Whether the Repository's table has the column.
 bool hasColumn(Database& database, std::string_view table, std::string_view column);
 
+/// The column of MAS_PRJINFO behind a grid column that means something else for programs than for fields: their dates
+/// and their specification; "" for any other.
+std::string_view prjColumn(int number);
+
+/// Whether the row's type is one that the drop-down does not hold: it was stored so and stays.
+bool isUnknownType(const frmTBDetail& screen, int row);
+
+/// Whether a save keeps the row: it has a name, or for persons a type.
+bool isKept(const frmTBDetail& screen, int row);
+/// What a save makes of the names in a row: the System's rules for names, and as typed where the cell holds a value.
+/// `number` is the row's among the kept ones, which a program without one gets as its own.
+std::string storedJapaneseName(const Session& session, const frmTBDetail& screen, int row, long number);
+std::string storedFieldName(const Session& session, const frmTBDetail& screen, int row);
+
 /// Readies the grid for the mode, kind and rights on the screen, without rows. Columns that already stand so stay.
 void prepareSpread(Session& session, frmTBDetail& screen, bool locked);
 

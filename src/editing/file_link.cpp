@@ -54,12 +54,13 @@ std::string copyBeside(const Session& session, Host& host, frmTBDetail& screen, 
   return name;
 }
 
-/// The file of that name in its folder, whatever the case of its letters: names of fields are stored in one case.
+/// The file of that path, whatever the case of its letters: a path that was once stored in one case is found again.
 fs::path findFile(const fs::path& wanted) {
   std::error_code error;
-  if (fs::exists(wanted, error)) return wanted;
   const std::string name = wanted.filename().string();
-  for (fs::directory_iterator entry(wanted.parent_path(), error), end; !error && entry != end; entry.increment(error))
+  if (name.empty() || fs::exists(wanted, error)) return wanted;
+  const fs::path folder = findFile(wanted.parent_path());
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
     if (equalsNoCase(entry->path().filename().string(), name)) return entry->path();
   return wanted;
 }
@@ -72,16 +73,24 @@ fs::path fileLinkFolder(const Session& session) {
   return toPath(gPathJoin(session.gDbFolder, "_FileLink_" + name));
 }
 
+bool isFileLinkType(std::string_view type) { return equalsNoCase(trim(type), kFileLinkType); }
+
 bool isFileLinkCell(const frmTBDetail& screen, int number, int row) {
+  if (screen.mode == DetailMode::Prj && number == col::kDbCheck) return true;
   const bool lists = screen.mode == DetailMode::FixedValue || screen.mode == DetailMode::Prj;
-  return lists && number == col::kFieldName && equalsNoCase(trim(screen.Spread.text(col::kType, row)), kFileLinkType);
+  return lists && number == col::kFieldName && isFileLinkType(screen.Spread.text(col::kType, row));
 }
 
 bool linkFile(Session& session, Host& host, frmTBDetail& screen, int number, int row, std::string_view file) {
   if (!editable(screen) || !isFileLinkCell(screen, number, row) || !gFileExists(host, file, true)) return true;
   std::string text(trim(file));
   if (session.gCurrentSystem.fileLinkCopy) text = copyBeside(session, host, screen, toPath(text));
-  return text.empty() || !cellEdited(session, host, screen, number, row, text);
+  if (text.empty()) return true;
+  if (const std::string fault = cellFault(screen, number, row, text); !fault.empty()) {
+    gMsgBox(host, fault, kOkOnly | kWarningIcon, "入力確認");
+    return true;
+  }
+  return !cellEdited(session, host, screen, number, row, text);
 }
 
 void openFileLink(Session& session, Host& host, const frmTBDetail& screen, int number, int row) {

@@ -8,7 +8,10 @@
 
 namespace quillmarden {
 
-/// Whether a cell holds the path of a file: the document of a program row, the value of a FileLink row.
+/// Whether rows of the type hold the path of a file as their value.
+bool isFileLinkType(std::string_view type);
+
+/// Whether a cell holds the path of a file: the specification of a program, the value of a FileLink row.
 bool isFileLinkCell(const frmTBDetail& screen, int col, int row);
 
 /// A file was dropped on a cell or chosen for it. Where the System says so the file is copied beside the Repository

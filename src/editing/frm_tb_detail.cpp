@@ -31,6 +31,19 @@ bool hasColumn(Database& database, std::string_view table, std::string_view colu
   return def != nullptr && def->field(column) != nullptr;
 }
 
+std::string_view prjColumn(int number) {
+  switch (number) {
+    case field_col::kWholeDigits:
+      return "開始日";
+    case field_col::kFractionDigits:
+      return "完了日";
+    case field_col::kDbCheck:
+      return "参照仕様書ファイル";
+    default:
+      return "";
+  }
+}
+
 std::string selectColumns(Database& database, std::string_view table, std::string_view alias,
                           std::span<const std::string_view> columns) {
   const TableDef* def = database.tableDef(table);

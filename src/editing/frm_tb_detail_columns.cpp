@@ -17,6 +17,7 @@ constexpr double kDateWidth = 7.5;   ///< of "yyyy/mm/dd", in letters "W"
 constexpr double kMomentWidth = 11;  ///< of "yyyy/mm/dd hh:nn"
 constexpr double kLargestDigits = 32767;
 constexpr double kLargestLength = 2147483647;
+constexpr int kStoredText = 255;  ///< what a text column of the Repository holds
 
 using Columns = std::vector<SpreadColumn>;
 
@@ -33,6 +34,7 @@ SpreadColumn& show(Columns& columns, int number, std::string_view title, CellKin
   column.title = title;
   column.kind = kind;
   column.maxLength = maxLength;
+  column.oneLine = kind == CellKind::Edit && number != col::kRemark;
   column.hidden = false;
   return column;
 }
@@ -45,6 +47,12 @@ void showNumber(Columns& columns, int number, std::string_view title, CellKind k
   SpreadColumn& column = show(columns, number, title, kind);
   column.minimum = minimum;
   column.maximum = maximum;
+}
+
+/// A column of a program row that an older file may have nowhere to store: nothing can be typed into it then.
+SpreadColumn& showOwn(Database& database, Columns& columns, int number, std::string_view title) {
+  const bool stored = hasColumn(database, "MAS_PRJINFO", prjColumn(number));
+  return show(columns, number, title, stored ? CellKind::Edit : CellKind::Static);
 }
 
 void showAudit(Columns& columns) {
@@ -199,7 +207,7 @@ void pSet_Spread4Member(Session& session, frmTBDetail& screen, bool keepWidths) 
 void pSet_Spread4Fixed(Session& session, frmTBDetail& screen, bool keepWidths) {
   Columns columns = hiddenColumns();
   show(columns, col::kJapaneseName, "対象(テーブル名/項目名など)", CellKind::Edit, 50);
-  show(columns, col::kFieldName, "値", CellKind::Edit);
+  show(columns, col::kFieldName, "値", CellKind::Edit, kStoredText);
   showList(columns, col::kType, "型", withCatalogue({"数値", "文字", "Yes/No"}, session, screen.lblFileType.caption));
   show(columns, col::kRemark, "備考", CellKind::Edit, 255);
   showAudit(columns);
@@ -209,23 +217,26 @@ void pSet_Spread4Fixed(Session& session, frmTBDetail& screen, bool keepWidths) {
 void pSet_Spread4Prj(Session& session, frmTBDetail& screen, bool keepWidths) {
   Columns columns = hiddenColumns();
   show(columns, col::kJapaneseName, "管理No", CellKind::Edit, 50);
-  show(columns, col::kFieldName, "項目名", CellKind::Edit);
+  show(columns, col::kFieldName, "項目名", CellKind::Edit, kStoredText);
   show(columns, col::kKey, "プログラムID", CellKind::Edit, 50);
   showList(columns, col::kType, "開発言語", typesOfKind(session, screen.lblFileType.caption));
-  show(columns, col::kWholeDigits, "開始日", CellKind::Edit);
-  show(columns, col::kFractionDigits, "完了日", CellKind::Edit);
-  show(columns, col::kLength, "残工数", CellKind::Edit);
-  show(columns, col::kNull, "予定工数", CellKind::Edit);
+  SpreadColumn& language = columns[col::kType - 1];
+  language.open = language.oneLine = true;
+  language.maxLength = kStoredText;
+  showOwn(*session.gDB, columns, col::kWholeDigits, "開始日").date = true;
+  showOwn(*session.gDB, columns, col::kFractionDigits, "完了日").date = true;
+  showNumber(columns, col::kLength, "残工数", CellKind::Integer, -kLargestLength, kLargestLength);
+  show(columns, col::kNull, "予定工数", CellKind::Edit, kStoredText);
   showList(columns, col::kClass, "進捗分類",
            {"×未着手", "△作成中", "○完了", "■中止", "■対象外", "△修正中", "△機能拡張中", "△バグ調査中", "△バグ対応中"});
   show(columns, col::kValueList, "項目分類", CellKind::Edit, 50);
   show(columns, col::kRemark, "概要", CellKind::Edit, 255);
-  show(columns, col::kDefault, "開始日", CellKind::Edit);
-  show(columns, col::kRangeKind, "完了日", CellKind::Edit);
-  show(columns, col::kRangeStart, "範囲開始", CellKind::Edit);
-  show(columns, col::kRangeEnd, "範囲終了", CellKind::Edit);
+  show(columns, col::kDefault, "開始日", CellKind::Edit, kStoredText);
+  show(columns, col::kRangeKind, "完了日", CellKind::Edit, kStoredText);
+  show(columns, col::kRangeStart, "範囲開始", CellKind::Edit, kStoredText);
+  show(columns, col::kRangeEnd, "範囲終了", CellKind::Edit, kStoredText);
   show(columns, col::kForeign, "担当", CellKind::Edit, 50);
-  show(columns, col::kDbCheck, "参照仕様書ファイル", CellKind::Edit, 100);
+  showOwn(*session.gDB, columns, col::kDbCheck, "参照仕様書ファイル").maxLength = 100;
   show(columns, col::kOrder, "表示順", CellKind::Static);
   showAudit(columns);
   for (const int date : {col::kWholeDigits, col::kFractionDigits, col::kDefault, col::kRangeKind})

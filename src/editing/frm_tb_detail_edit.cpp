@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/message.h"
 #include "common/numbers.h"
 #include "common/settings.h"
 #include "common/text.h"
@@ -125,6 +126,10 @@ void activeCellChanged(Session& session, Host& host, frmTBDetail& screen, int nu
 void Txtbiko_Change(Session& session, Host& host, frmTBDetail& screen, std::string_view text) {
   if (screen.Txtbiko.locked) return;
   const std::string typed(text);
+  if (const std::string fault = cellFault(screen, col::kRemark, screen.activeRow, typed); !fault.empty()) {
+    gMsgBox(host, fault, kOkOnly | kWarningIcon, "入力確認");
+    return showRemark(screen);
+  }
   if (!cellEdited(session, host, screen, col::kRemark, screen.activeRow, typed)) showRemark(screen);
 }
 
@@ -178,9 +183,13 @@ void mnuPmark_Click(frmTBDetail& screen) {
 std::vector<CellPlace> badCells(const frmTBDetail& screen) {
   const Spread& grid = screen.Spread;
   std::vector<CellPlace> bad;
+  const auto isFault = [&](int number, int row) {
+    // A stored type that the catalogue lacks is red for as long as it stands, and stops no save.
+    return grid.backColour(number, row) == kRed && !(number == col::kType && isUnknownType(screen, row));
+  };
   for (int row = 1; row <= grid.maxRows(); ++row)
     for (int number = 1; number <= grid.maxCols(); ++number)
-      if (!grid.column(number).hidden && grid.backColour(number, row) == kRed) bad.push_back({number, row});
+      if (!grid.column(number).hidden && isFault(number, row)) bad.push_back({number, row});
   return bad;
 }
 

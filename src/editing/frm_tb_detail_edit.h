@@ -21,6 +21,8 @@ bool cellEdited(Session& session, Host& host, frmTBDetail& screen, int col, int 
 
 /// The same without a step of its own to take back, for what changes many cells in one changeGrid().
 bool putCell(Session& session, frmTBDetail& screen, int col, int row, std::string_view newText);
+/// Why the cell does not take the text, with the column's title: "[項目名 (物理)]が長すぎます. …"; "" when it does.
+std::string cellFault(const frmTBDetail& screen, int col, int row, std::string_view typed);
 
 /// The person went to this cell: position, remark and value list beside the grid follow.
 void activeCellChanged(Session& session, Host& host, frmTBDetail& screen, int col, int row);

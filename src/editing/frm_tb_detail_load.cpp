@@ -5,6 +5,7 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "common/typed_cell.h"
 #include "editing/detail_parts.h"
 #include "relations/index.h"
 #include "screen/date_time.h"
@@ -42,14 +43,17 @@ enum FieldColumn {
   kAuthor,
   kCreated,
   kDbColumnName,
+  kPrjStart,
+  kPrjEnd,
+  kPrjSpecification,
   kDomainName,  ///< of the joined domain
 };
 
 constexpr std::array<std::string_view, kDomainName> kFieldColumns = {
-    "ROWNO",         "表示順",   "日本語名",   "項目名",        "KEY",      "型",         "整数桁数",
-    "少数桁数",      "長さ",     "Null値",     "pmark",         "項目分類", "項目参照先", "備考",
-    "初期値",        "DomainID", "範囲分類",   "範囲開始",      "範囲終了", "外部参照",   "外部参照TABLEID",
-    "外部参照ROWNO", "作成者",   "作成年月日", "DB_COLUMN_NAME"};
+    "ROWNO",         "表示順",   "日本語名",   "項目名",         "KEY",      "型",         "整数桁数",
+    "少数桁数",      "長さ",     "Null値",     "pmark",          "項目分類", "項目参照先", "備考",
+    "初期値",        "DomainID", "範囲分類",   "範囲開始",       "範囲終了", "外部参照",   "外部参照TABLEID",
+    "外部参照ROWNO", "作成者",   "作成年月日", "DB_COLUMN_NAME", "開始日",   "完了日",     "参照仕様書ファイル"};
 
 /// Columns whose cell takes what is stored, as it stands.
 struct PlainColumn {
@@ -59,8 +63,6 @@ struct PlainColumn {
 constexpr PlainColumn kPlainColumns[] = {
     {kNameInJapanese, col::kJapaneseName},
     {kFieldName, col::kFieldName},
-    {kWholeDigits, col::kWholeDigits},
-    {kFractionDigits, col::kFractionDigits},
     {kNull, col::kNull},
     {kClass, col::kClass},
     {kValueList, col::kValueList},
@@ -164,9 +166,11 @@ void fillType(Fill& fill, const Recordset& row, int gridRow) {
     grid.setText(col::kType, gridRow, row.text(kType));
     return;
   }
-  // A type that the drop-down does not hold leaves the cell empty.
+  // A type that the catalogue lacks stays what it is until a person chooses another one.
   const auto known = fill.types.find(toLower(trim(row.text(kType))));
-  if (known != fill.types.end()) grid.setText(col::kType, gridRow, known->second);
+  grid.setText(col::kType, gridRow, known != fill.types.end() ? std::string_view(known->second) : row.text(kType));
+  if (fill.paint && known == fill.types.end() && !trim(row.text(kType)).empty())
+    grid.setBackColour(col::kType, gridRow, kRed);
 }
 
 void fillLength(Fill& fill, const Recordset& row, int gridRow) {
@@ -177,6 +181,23 @@ void fillLength(Fill& fill, const Recordset& row, int gridRow) {
   }
   grid.setText(col::kLength, gridRow, plainNumber(fill.textPosition));
   fill.textPosition += gStr2Double(row.text(kWholeDigits));
+}
+
+/// A stored date as the cell has it: without a time where it has none.
+void fillDate(Fill& fill, const Recordset& row, FieldColumn from, int to, int gridRow) {
+  if (row.isNull(from)) return;
+  Spread& grid = fill.screen.Spread;
+  const TypedCell date = typedCell(grid.column(to), CellKind::Edit, row.text(from));
+  grid.setText(to, gridRow, date.fault.empty() ? std::string_view(date.text) : row.text(from));
+}
+
+/// The columns that a program's row has in the place of digits, key and database.
+void fillProgram(Fill& fill, const Recordset& row, int gridRow) {
+  Spread& grid = fill.screen.Spread;
+  if (!row.isNull(kDbColumnName)) grid.setText(col::kKey, gridRow, row.text(kDbColumnName));
+  if (!row.isNull(kPrjSpecification)) grid.setText(col::kDbCheck, gridRow, row.text(kPrjSpecification));
+  fillDate(fill, row, kPrjStart, col::kWholeDigits, gridRow);
+  fillDate(fill, row, kPrjEnd, col::kFractionDigits, gridRow);
 }
 
 void fillRange(Fill& fill, const Recordset& row, int gridRow) {
@@ -208,8 +229,10 @@ void fillRow(Fill& fill, const Recordset& row, int gridRow) {
   if (mode == DetailMode::Member && row.text(kNameInJapanese).empty() && !row.text(kFieldName).empty())
     grid.setText(col::kJapaneseName, gridRow, row.text(kFieldName));
   if (mode == DetailMode::Prj) {
-    if (!row.isNull(kDbColumnName)) grid.setText(col::kKey, gridRow, row.text(kDbColumnName));
+    fillProgram(fill, row, gridRow);
   } else {
+    if (!row.isNull(kWholeDigits)) grid.setText(col::kWholeDigits, gridRow, row.text(kWholeDigits));
+    if (!row.isNull(kFractionDigits)) grid.setText(col::kFractionDigits, gridRow, row.text(kFractionDigits));
     fillCheck(fill, row, kKey, col::kKey, gridRow);
   }
   fillType(fill, row, gridRow);

@@ -57,11 +57,12 @@ Value numberCell(std::string_view text) {
   return std::string(text);
 }
 
-bool skipped(const Saving& saving, int row) {
-  const Spread& grid = saving.screen.Spread;
-  const auto blank = [&](int column) { return trim(grid.text(column, row)).empty(); };
-  if (!blank(col::kJapaneseName) || !blank(col::kFieldName)) return false;
-  return saving.screen.mode != DetailMode::Member || blank(col::kType);
+/// A date for a date column; text that is none goes on as it is, and the engine refuses it.
+Value dateValue(std::string_view text) {
+  text = trim(text);
+  if (text.empty()) return {};
+  const auto moment = parseDateTime(text);
+  return moment ? formatDateTime(*moment, kSecondForm) : std::string(text);
 }
 
 void readFormerRows(Saving& saving) {
@@ -84,7 +85,7 @@ void numberRows(Saving& saving) {
   const Spread& grid = saving.screen.Spread;
   std::unordered_map<long, long> numberOf;
   for (int row = 1; row <= grid.maxRows(); ++row) {
-    if (skipped(saving, row)) continue;
+    if (!isKept(saving.screen, row)) continue;
     KeptRow kept{row, static_cast<long>(saving.kept.size()) + 1, grid.rowTag(row)};
     // Only the first of two rows with one origin is that field; the other is a copy of it.
     if (!saving.former.byNumber.contains(kept.former) || !numberOf.emplace(kept.former, kept.number).second)
@@ -111,23 +112,6 @@ std::vector<Value> startOf(const Saving& saving, const KeptRow& kept) {
     if (field != nullptr && field->type == FieldType::Flag) row[i] = std::int64_t{0};
   }
   return row;
-}
-
-std::string japaneseNameOf(const Saving& saving, const KeptRow& kept) {
-  std::string name(trim(saving.screen.Spread.text(col::kJapaneseName, kept.gridRow)));
-  if (!saving.prj)
-    return name.empty() ? name : gZenkaku2Hankaku(name, true, saving.session.gCurrentSystem.replaceJpnSpace);
-  if (!name.empty()) return name;
-  const std::string number = std::to_string(kept.number);
-  return std::string(number.size() < 5 ? 5 - number.size() : 0, '0') + number;
-}
-
-std::string fieldNameOf(const Saving& saving, const KeptRow& kept) {
-  const SystemRecord& system = saving.session.gCurrentSystem;
-  const std::string_view typed = trim(saving.screen.Spread.text(col::kFieldName, kept.gridRow));
-  const bool lower = system.fieldLower || (saving.session.settings.lowerFieldName && !system.fieldUpper);
-  const std::string name = lower ? toLower(typed) : toUpper(typed);
-  return system.fieldNarrow ? toNarrow(name) : name;
 }
 
 bool keyOf(const Saving& saving, const KeptRow& kept) {
@@ -167,12 +151,18 @@ std::vector<Value> rowValues(Saving& saving, const KeptRow& kept) {
   put("ID", numberCell(saving.screen.lblID.caption));
   put("ROWNO", static_cast<std::int64_t>(kept.number));
   put("表示順", static_cast<std::int64_t>(kept.number));
-  put("日本語名", japaneseNameOf(saving, kept));
-  put("項目名", fieldNameOf(saving, kept));
+  put("日本語名", storedJapaneseName(saving.session, saving.screen, row, kept.number));
+  put("項目名", storedFieldName(saving.session, saving.screen, row));
   put("KEY", static_cast<std::int64_t>(key ? -1 : 0));
   put("型", std::string(trim(grid.text(col::kType, row))));
-  put("整数桁数", numberCell(grid.text(col::kWholeDigits, row)));
-  put("少数桁数", numberCell(grid.text(col::kFractionDigits, row)));
+  if (saving.prj) {
+    for (const int date : {col::kWholeDigits, col::kFractionDigits})
+      put(prjColumn(date), dateValue(grid.text(date, row)));
+    put(prjColumn(col::kDbCheck), text(col::kDbCheck));
+  } else {
+    put("整数桁数", numberCell(grid.text(col::kWholeDigits, row)));
+    put("少数桁数", numberCell(grid.text(col::kFractionDigits, row)));
+  }
   put("長さ", numberCell(grid.text(col::kLength, row)));
   put("Null値", key && !saving.prj ? "NOT NULL" : textOr(col::kNull, "NULL"));
   put("項目分類", text(col::kClass));

@@ -140,6 +140,16 @@ bool loadInfo(Session& session, frmTBInfo& screen, std::string_view tableId) {
   return false;
 }
 
+/// The names that the Repository has for the table. Lists of persons are told apart by their short name alone.
+TableNames storedNames(Database& database, const std::string& id) {
+  const Recordset row = database.openRecordset(
+      "SELECT a.テーブル名, a.日本語名, a.略名, a.ファイル種別 FROM MAS_TABLEINFO AS a WHERE a.ID = " + id);
+  if (row.eof()) return {};
+  const std::string shortName(trim(row.text(2)));
+  if (row.text(3) == kMemberKind) return {"", "", shortName};
+  return {std::string(trim(row.text(0))), std::string(trim(row.text(1))), shortName};
+}
+
 bool hasFieldRows(Database& database, const std::string& id) {
   return !database
               .openRecordset("SELECT MAS_TABLEDETAILES.ID From MAS_TABLEDETAILES WHERE MAS_TABLEDETAILES.ID = " + id +
@@ -231,6 +241,10 @@ bool cmdMoveSystem_Click(Session& session, Host& host, Windows& windows, frmTBIn
   const std::string wanted = screen.CmbMoveSystem.text;
   if (!screen.cmdMoveSystem.enabled || id.empty() || trim(wanted).empty() || wanted == former) return true;
   try {
+    if (const std::string fault = tableNameInUse(session, wanted, id, storedNames(*session.gDB, id)); !fault.empty()) {
+      gMsgBox(host, fault + "\n " + wanted, kOkOnly | kWarningIcon, "入力確認");
+      return true;
+    }
     inTransaction(*session.gDB, [&] {
       session.gDB->execute("UpDate MAS_TABLEINFO  set システム名 = " + sqlText(wanted) + "  Where id = " + id);
       session.gDB->execute("UpDate DAT_REFERENCE  set システム名 = " + sqlText(wanted) + "  Where id = " + id +

@@ -114,6 +114,16 @@ bool pChkMemberInfo(Session& session, Host& host, frmTBInfo& screen);
 std::string storedTableName(const Session& session, std::string_view typed);
 std::string storedRyaku(const Session& session, std::string_view typed);
 
+/// The names of a table as they are stored; a blank one is not looked for.
+struct TableNames {
+  std::string table;
+  std::string japanese;
+  std::string shortName;
+};
+/// Which of the names another live table of the System has, in the words of the checks; "" when none does. `id` is the
+/// table's own, "" for a new one. Names are compared without case.
+std::string tableNameInUse(Session& session, std::string_view system, std::string_view id, const TableNames& names);
+
 /// Writes the row, and with `cascade` the texts of all references to it. True on failure, after its message.
 bool pPutTableInfo(Session& session, Host& host, frmTBInfo& screen, bool cascade);
 

@@ -4,6 +4,7 @@
 
 #include "common/message.h"
 #include "common/text.h"
+#include "common/typed_cell.h"
 #include "editing/detail_parts.h"
 #include "editing/tb_info_parts.h"
 #include "engine/sql_text.h"
@@ -14,6 +15,7 @@ namespace quillmarden {
 namespace {
 
 constexpr std::size_t kWordWidth = 10;
+constexpr int kShortNameWidth = 50;
 
 /// Signs that lists, references and statements use around names.
 constexpr std::string_view kNameSigns = "'\"[]<>@:";
@@ -61,10 +63,12 @@ HeaderFault missing(const frmTBInfo& screen) {
   return {};
 }
 
-HeaderFault forbiddenCharacter(const frmTBInfo& screen) {
+/// Looks at what is stored: half-width forms turn full-width signs into plain ones.
+HeaderFault forbiddenCharacter(const Session& session, const frmTBInfo& screen) {
   if (holdsAny(screen.TxtJPN.text, kNameSigns))
     return {"日本語名に使用しては\nいけない文字が含まれています.", "TxtJPN"};
-  std::string_view name = trim(screen.TxtTableName.text);
+  const std::string stored = storedTableName(session, screen.TxtTableName.text);
+  std::string_view name = stored;
   // A table that was read from a live database bears an "@" at its end.
   if (screen.loadedReverse && name.ends_with('@')) name.remove_suffix(1);
   if (holdsAny(name, kNameSigns) || holdsAny(name, kTableSigns))
@@ -72,10 +76,12 @@ HeaderFault forbiddenCharacter(const frmTBInfo& screen) {
   return {};
 }
 
-HeaderFault tooLong(const frmTBInfo& screen) {
+HeaderFault tooLong(const Session& session, const frmTBInfo& screen) {
   if (gLenB(screen.CmbDataBunrui.text) > kWordWidth) return {"データ分類は10文字以内です.", "CmbDataBunrui"};
   if (gLenB(screen.CmbDataBunrui2.text) > kWordWidth) return {"データ分類は10文字以内です.", "CmbDataBunrui2"};
   if (gLenB(screen.CmbKanKaku.text) > kWordWidth) return {"作成間隔は10文字以内です.", "CmbKanKaku"};
+  if (gLenB(storedRyaku(session, screen.TxtRyaku.text)) > static_cast<std::size_t>(kShortNameWidth))
+    return {"略名が長すぎます. " + limitText(kShortNameWidth) + "までです.", "TxtRyaku"};
   return {};
 }
 
@@ -90,22 +96,19 @@ HeaderFault badDate(const frmTBInfo& screen, std::string_view made, std::string_
   return {};
 }
 
-/// Whether another live table of the System has one of the names.
+/// The names of the screen that another live table of the System has. Lists of persons may bear one name more than
+/// once, but not one short name.
 HeaderFault nameInUse(Session& session, const frmTBInfo& screen) {
-  const std::string japanese(trim(screen.TxtJPN.text));
-  const std::string name = storedTableName(session, screen.TxtTableName.text);
-  const std::string id = screen.lblID.caption.empty() ? "0" : screen.lblID.caption;
-  const std::string sql =
-      "SELECT inf.テーブル名, inf.日本語名 FROM MAS_TABLEINFO AS inf  WHERE inf.削除フラグ = 0 And (inf.日本語名 =" +
-      sqlText(japanese) + "     OR inf.テーブル名 =" + sqlText(name) + ")   AND inf.ID <> " + id +
-      "  AND inf.システム名 = " + sqlText(screen.lblSystemName.caption);
-  bool sameJapanese = false;
-  for (Recordset rows = session.gDB->openRecordset(sql); !rows.eof(); rows.moveNext()) {
-    if (equalsNoCase(trim(rows.text(0)), name)) return {"テーブル名が他で使用されています.", "TxtTableName"};
-    sameJapanese = true;
+  TableNames names{"", "", storedRyaku(session, screen.TxtRyaku.text)};
+  if (screen.CmbFileType.text != kMemberKind) {
+    names.table = storedTableName(session, screen.TxtTableName.text);
+    names.japanese = trim(screen.TxtJPN.text);
   }
-  if (sameJapanese) return {"日本語名が他で使用されています.", "TxtJPN"};
-  return {};
+  const std::string text = tableNameInUse(session, screen.lblSystemName.caption, screen.lblID.caption, names);
+  const std::string_view control = text.starts_with("テーブル名") ? "TxtTableName"
+                                   : text.starts_with("日本語名") ? "TxtJPN"
+                                                                  : "TxtRyaku";
+  return {text, control};
 }
 
 bool tell(Host& host, frmTBInfo& screen, const HeaderFault& fault) {
@@ -117,8 +120,8 @@ bool tell(Host& host, frmTBInfo& screen, const HeaderFault& fault) {
 }
 
 bool check(Session& session, Host& host, frmTBInfo& screen) {
-  for (const HeaderFault& fault :
-       {missing(screen), forbiddenCharacter(screen), tooLong(screen), badDate(screen, "作成日", "完了日", "変更日")})
+  for (const HeaderFault& fault : {missing(screen), forbiddenCharacter(session, screen), tooLong(session, screen),
+                                   badDate(screen, "作成日", "完了日", "変更日")})
     if (tell(host, screen, fault)) return true;
   return kindMustStay(session, host, screen) || tell(host, screen, nameInUse(session, screen));
 }
@@ -132,6 +135,26 @@ std::vector<std::string_view> missingBoxes(const frmTBInfo& screen) {
   return names;
 }
 
+std::string tableNameInUse(Session& session, std::string_view system, std::string_view id, const TableNames& names) {
+  const auto same = [](std::string_view stored, const std::string& name) {
+    return !name.empty() && equalsNoCase(trim(stored), name);
+  };
+  bool table = false, japanese = false, shortName = false;
+  const std::string sql =
+      "SELECT inf.テーブル名, inf.日本語名, inf.略名 FROM MAS_TABLEINFO AS inf  WHERE inf.削除フラグ = 0   AND inf.ID "
+      "<> " +
+      std::string(id.empty() ? "0" : id) + "  AND inf.システム名 = " + sqlText(system);
+  Recordset rows = session.gDB->openRecordset(sql);
+  for (; !rows.eof(); rows.moveNext()) {
+    table = table || same(rows.text(0), names.table);
+    japanese = japanese || same(rows.text(1), names.japanese);
+    shortName = shortName || same(rows.text(2), names.shortName);
+  }
+  if (table) return "テーブル名が他で使用されています.";
+  if (japanese) return "日本語名が他で使用されています.";
+  return shortName ? "略名が他で使用されています." : "";
+}
+
 bool pChkTableInfo(Session& session, Host& host, frmTBInfo& screen) { return check(session, host, screen); }
 
 bool pChkPrjInfo(Session& session, Host& host, frmTBInfo& screen) { return check(session, host, screen); }
@@ -139,7 +162,7 @@ bool pChkPrjInfo(Session& session, Host& host, frmTBInfo& screen) { return check
 bool pChkMemberInfo(Session& session, Host& host, frmTBInfo& screen) {
   for (const HeaderFault& fault : {missing(screen), badDate(screen, "参加日", "終了予定日", "終了日")})
     if (tell(host, screen, fault)) return true;
-  return kindMustStay(session, host, screen);
+  return kindMustStay(session, host, screen) || tell(host, screen, nameInUse(session, screen));
 }
 
 }  // namespace quillmarden

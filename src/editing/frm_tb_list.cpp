@@ -30,7 +30,7 @@ bool japaneseFirst(const frmTBList& screen) { return screen.CmbTitle.text == kJa
 std::string withoutTabs(std::string_view text) { return std::string(trim(gReplaceAll(text, "\t", ""))); }
 
 /// A row between reference marks, which tell that the table is another System's.
-std::string usedTableRow(const UsedTable& used, const frmTBList& screen, bool angleMarks) {
+TableRow usedTableRow(const UsedTable& used, const frmTBList& screen, bool angleMarks) {
   const std::string open = angleMarks ? "<" : "[";
   const std::string close = angleMarks ? ">" : "]";
   TableRow row{withoutTabs(used.tableName), withoutTabs(used.japaneseName), used.id, used.systemName, used.fileType};
@@ -39,17 +39,16 @@ std::string usedTableRow(const UsedTable& used, const frmTBList& screen, bool an
   // The mark comes first of all: by it runs over the list know the row.
   first = open + (prefixed ? row.systemName + "@" : "") + first + close;
   row.fileType.clear();
-  return tableListRow(row, screen);
+  return row;
 }
 
-std::vector<std::string> listRows(Session& session, const frmTBList& screen, int& ownRows) {
-  std::vector<std::string> rows;
+std::vector<TableRow> listRows(Session& session, const frmTBList& screen, int& ownRows) {
+  std::vector<TableRow> rows;
   Recordset tables = session.gDB->openRecordset(tableListSql(screen));
   rows.reserve(static_cast<std::size_t>(tables.recordCount()));
   for (; !tables.eof(); tables.moveNext()) {
-    rows.push_back(tableListRow({std::string(tables.text(0)), std::string(tables.text(1)), std::string(tables.text(2)),
-                                 std::string(tables.text(3)), std::string(tables.text(4))},
-                                screen));
+    rows.push_back({std::string(tables.text(0)), std::string(tables.text(1)), std::string(tables.text(2)),
+                    std::string(tables.text(3)), std::string(tables.text(4))});
   }
   ownRows = static_cast<int>(rows.size());
   if (screen.ChkRefTb.value)
@@ -167,13 +166,13 @@ std::string tableListSql(const frmTBList& screen) {
   return sql + (japaneseFirst(screen) ? " Order by a.システム名,a.日本語名 " : " Order by a.システム名,a.テーブル名 ");
 }
 
-std::string tableListRow(const TableRow& row, const frmTBList& screen) {
+std::string tableListRow(const TableRow& row, const frmTBList& screen, bool whole) {
   const std::string prefix = row.fileType == "メンバー" && screen.ChkSosikiNm.value ? row.systemName + "@" : "";
   const std::string japanese = withoutTabs(row.japaneseName);
   const std::string physical = withoutTabs(row.tableName);
   const bool first = japaneseFirst(screen);
-  return gPadText(prefix + (first ? japanese : physical), kNameWidth) + "\t" + (first ? physical : japanese) + "\t" +
-         row.id;
+  return gPadText(prefix + (first ? japanese : physical), kNameWidth, 0, whole) + "\t" + (first ? physical : japanese) +
+         "\t" + row.id;
 }
 
 std::string_view tableListId(std::string_view row) {
@@ -236,15 +235,16 @@ void CmbSystem_Click(Session& session, Host& host, Windows& windows, frmTBList& 
 bool pGetTableList(Session& session, Host& host, frmTBList& screen, std::string_view selectId) {
   if (trim(screen.CmbSystem.text).empty()) {
     screen.LstTable.clear();
+    screen.tables.clear();
     screen.rowCount = 0;
     return false;
   }
   try {
     const Selection selection = selectionOf(screen.LstTable, selectId);
     int ownRows = 0;
-    std::vector<std::string> rows = listRows(session, screen, ownRows);
+    screen.tables = listRows(session, screen, ownRows);
     screen.LstTable.clear();
-    for (std::string& row : rows) screen.LstTable.add(std::move(row));
+    for (const TableRow& row : screen.tables) screen.LstTable.add(tableListRow(row, screen));
     screen.rowCount = ownRows;
     restoreSelection(screen.LstTable, selection);
     return false;

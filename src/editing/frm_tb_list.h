@@ -14,6 +14,15 @@
 
 namespace quillmarden {
 
+/// One row of the list's query.
+struct TableRow {
+  std::string tableName;
+  std::string japaneseName;
+  std::string id;
+  std::string systemName;
+  std::string fileType;
+};
+
 /// The table list, the program's main window.
 struct frmTBList {
   std::string caption;
@@ -35,8 +44,9 @@ struct frmTBList {
   TextBox TxtConnect;
   TextBox TxtUserName;
   TextBox TxtPassword;
-  ListBox LstTable;     ///< "padded first name<TAB>second name<TAB>ID"
-  ListBox LstTableSel;  ///< rows chosen for selective output
+  ListBox LstTable;              ///< "padded first name<TAB>second name<TAB>ID"
+  std::vector<TableRow> tables;  ///< of the rows of LstTable, with names that the list may have cut
+  ListBox LstTableSel;           ///< rows chosen for selective output
   ListBox lstTableWK;
   ListBox lstForm;  ///< open screens: "caption<TAB>name"
   bool lstFormVisible = false;
@@ -55,19 +65,10 @@ struct frmTBList {
   bool errorMark = false;  ///< the last run of a menu ended with an error
 };
 
-/// One row of the list's query.
-struct TableRow {
-  std::string tableName;
-  std::string japaneseName;
-  std::string id;
-  std::string systemName;
-  std::string fileType;
-};
-
 /// The statement for the filters on the screen. Search text goes in as typed.
 std::string tableListSql(const frmTBList& screen);
-/// The list's text for a row: prefix, padding to 50 bytes, tabs.
-std::string tableListRow(const TableRow& row, const frmTBList& screen);
+/// The list's text for a row: prefix, padding to 50 bytes, tabs. A longer name is cut there, unless it is to be whole.
+std::string tableListRow(const TableRow& row, const frmTBList& screen, bool whole = false);
 /// The ID behind the last tab of a list row; "" when there is none.
 std::string_view tableListId(std::string_view row);
 /// The first tab-separated part, trimmed.

@@ -21,15 +21,23 @@ RowNames namesOf(std::string_view row, const frmTBList& screen) {
   return {std::move(second), std::move(first)};
 }
 
+/// The list's row with its names whole.
+std::string wholeRow(const frmTBList& screen, std::size_t place) {
+  const std::string& row = screen.LstTable.rows[place];
+  const bool known = place < screen.tables.size() && screen.tables[place].id == tableListId(row);
+  return known ? tableListRow(screen.tables[place], screen, true) : row;
+}
+
 /// One line a row, selected ones or all, in the words that `line` finds for it.
 template <typename Line>
-void copyRows(Host& host, const ListBox& list, bool all, Line line) {
+void copyRows(Host& host, const frmTBList& screen, bool all, Line line) {
+  const ListBox& list = screen.LstTable;
   std::string text;
   for (int row = 0; row < list.count(); ++row) {
     const auto place = static_cast<std::size_t>(row);
     if (!all && !list.selected[place]) continue;
     if (!text.empty()) text += "\r\n";
-    text += line(list.rows[place]);
+    text += line(wholeRow(screen, place));
   }
   host.machine.setClipboard(text);
 }
@@ -37,23 +45,23 @@ void copyRows(Host& host, const ListBox& list, bool all, Line line) {
 }  // namespace
 
 void mnuCopyClipBord_Click(Host& host, const frmTBList& screen) {
-  copyRows(host, screen.LstTable, false, [](const std::string& row) { return row; });
+  copyRows(host, screen, false, [](const std::string& row) { return row; });
 }
 
 void mnuCopyAllClipBord_Click(Host& host, const frmTBList& screen) {
-  copyRows(host, screen.LstTable, true, [](const std::string& row) { return row; });
+  copyRows(host, screen, true, [](const std::string& row) { return row; });
 }
 
 void mnuClipBordJPN_Click(Host& host, const frmTBList& screen) {
-  copyRows(host, screen.LstTable, false, [&](const std::string& row) { return namesOf(row, screen).japanese; });
+  copyRows(host, screen, false, [&](const std::string& row) { return namesOf(row, screen).japanese; });
 }
 
 void mnuClipBordUS_Click(Host& host, const frmTBList& screen) {
-  copyRows(host, screen.LstTable, false, [&](const std::string& row) { return namesOf(row, screen).physical; });
+  copyRows(host, screen, false, [&](const std::string& row) { return namesOf(row, screen).physical; });
 }
 
 void mnuClipBord_Click(Host& host, const frmTBList& screen, int index) {
-  copyRows(host, screen.LstTable, index == 1, [&](const std::string& row) {
+  copyRows(host, screen, index == 1, [&](const std::string& row) {
     const RowNames names = namesOf(row, screen);
     return (index == 2 ? "■" : "") + names.japanese + "/" + names.physical;
   });

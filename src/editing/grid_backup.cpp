@@ -104,6 +104,8 @@ void putRows(frmTBDetail& screen, std::vector<SpreadRow> rows) {
       grid.setBackColour(field_col::kClass, row, progressColour(grid.text(field_col::kClass, row)));
     else if (grid.holds(field_col::kDomainName, row))
       lockDomainCells(grid, row);
+    else if (isUnknownType(screen, row))
+      grid.setBackColour(field_col::kType, row, kRed);
   }
 }
 

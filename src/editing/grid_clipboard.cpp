@@ -4,6 +4,7 @@
 #include "common/message.h"
 #include "common/numbers.h"
 #include "common/text.h"
+#include "common/typed_cell.h"
 #include "editing/detail_parts.h"
 #include "editing/frm_tb_detail_edit.h"
 #include "editing/grid_operations.h"
@@ -20,8 +21,13 @@ constexpr std::size_t kDomainIdField = 12;  ///< where such a row has its Domain
 /// How many refused cells a message names.
 constexpr std::size_t kNamedCells = 10;
 
-/// Whether the options let a copy of rows take the column. The end of a range goes with its beginning.
+/// The last column that a copy of rows takes: for programs the one of their specification.
+int lastCopied(const frmTBDetail& screen) { return screen.mode == DetailMode::Prj ? col::kDbCheck : col::kRangeEnd; }
+
+/// Whether the options let a copy of rows take the column. The end of a range goes with its beginning; what only
+/// programs have, the options do not know.
 bool copied(const Session& session, int number) {
+  if (number > col::kRangeEnd) return true;
   if (number == col::kRangeEnd) number = col::kRangeStart;
   const auto place = static_cast<std::size_t>(number - 1);
   return place < session.settings.spreadCopy.size() && session.settings.spreadCopy[place];
@@ -52,11 +58,12 @@ std::string comparable(std::string_view text) {
 // --- copy
 
 /// Whole rows keep each column's place, so that they go in again where they came from.
-TextRows rowTexts(const Session& session, const Spread& grid, const std::vector<int>& rows) {
+TextRows rowTexts(const Session& session, const frmTBDetail& screen, const std::vector<int>& rows) {
+  const Spread& grid = screen.Spread;
   TextRows texts;
   for (int row : rows) {
     std::vector<std::string>& cells = texts.emplace_back();
-    for (int number : visibleColumns(grid, 1, col::kRangeEnd))
+    for (int number : visibleColumns(grid, 1, lastCopied(screen)))
       cells.push_back(copied(session, number) ? oneLine(grid.text(number, row)) : "");
   }
   return texts;
@@ -105,8 +112,11 @@ struct Paste {
   }
 
   void refuse(int number, int row, std::string_view text) {
-    refused.push_back("[" + threeDigits(row) + "] " + oneLine(screen.Spread.column(number).title) + " : " +
-                      std::string(text));
+    const SpreadColumn& column = screen.Spread.column(number);
+    const bool tooLong = column.maxLength > 0 && gLenB(text) > static_cast<std::size_t>(column.maxLength);
+    refused.push_back(
+        "[" + threeDigits(row) + "] " + oneLine(column.title) +
+        (tooLong ? "が長すぎます. " + limitText(column.maxLength) + "までです." : " : " + std::string(text)));
   }
 
   /// A cell of text. Static cells pass over what comes for them, but for the number of a domain.
@@ -134,7 +144,7 @@ void pasteRow(Paste& paste, const SpreadRow& source, int row) {
   };
   const bool link = copied(paste.session, col::kDomainName) || copied(paste.session, col::kDomainId);
   if (link) linkDomain(paste.session, paste.screen, row, 0);
-  for (int number : visibleColumns(grid, 1, col::kRangeEnd)) {
+  for (int number : visibleColumns(grid, 1, lastCopied(paste.screen))) {
     if (!copied(paste.session, number) || number == col::kDomainName || number == col::kDomainId) continue;
     if (number == col::kValueList && grid.column(number).kind == CellKind::Static)
       grid.setText(number, row, text(number));
@@ -154,14 +164,13 @@ void pasteRows(Paste& paste, const std::vector<SpreadRow>& rows) {
   }
 }
 
-void pasteText(Paste& paste, const TextRows& texts) {
-  const std::vector<int> columns =
-      visibleColumns(paste.screen.Spread, paste.screen.activeCol, paste.screen.Spread.maxCols());
-  int row = paste.screen.activeRow;
+/// A paste marks each row that it touches, a fill those that it changes.
+void putTexts(Paste& paste, const TextRows& texts, int firstCol, int row, bool marks) {
+  const std::vector<int> columns = visibleColumns(paste.screen.Spread, firstCol, paste.screen.Spread.maxCols());
   for (const std::vector<std::string>& cells : texts) {
     if (paste.reaches(row)) {
       for (std::size_t i = 0; i < cells.size() && i < columns.size(); ++i) paste.cell(columns[i], row, cells[i]);
-      markRow(paste.screen, row);
+      if (marks) markRow(paste.screen, row);
     }
     ++row;
   }
@@ -249,7 +258,7 @@ void mnuCopy_Click(Session& session, Host& host, const frmTBDetail& screen, cons
   }
   const std::vector<int> rows = selectedRows(screen, selection);
   if (rows.empty()) return;
-  CopiedRows copy{clipboardText(rowTexts(session, grid, rows)), captionOf(screen, rows), {}};
+  CopiedRows copy{clipboardText(rowTexts(session, screen, rows)), captionOf(screen, rows), {}};
   for (int row : rows) {
     copy.rows.push_back(std::move(grid.rows(row, row).front()));
     copy.rows.back().tag = 0;
@@ -275,8 +284,13 @@ void mnuPaste_Click(Session& session, Host& host, frmTBDetail& screen, const Gri
     else if (single && manyCells(selection))
       fill(paste, selection, texts[0][0]);
     else
-      pasteText(paste, texts);
+      putTexts(paste, texts, screen.activeCol, screen.activeRow, true);
   });
+}
+
+void putBlock(Session& session, Host& host, frmTBDetail& screen, int number, int row, const TextRows& texts) {
+  if (editable(screen))
+    runPaste(session, host, screen, [&](Paste& paste) { putTexts(paste, texts, number, row, false); });
 }
 
 void mnuPasteHistory_Click(Session& session, Host& host, frmTBDetail& screen, const CopyHistory& history,

@@ -50,6 +50,8 @@ void mnuCopy_Click(Session& session, Host& host, const frmTBDetail& screen, cons
 /// take are told.
 void mnuPaste_Click(Session& session, Host& host, frmTBDetail& screen, const GridSelection& selection,
                     const CopyHistory& history);
+/// Writes texts into the visible cells from this one on, as a fill does. Cells that do not take theirs are told.
+void putBlock(Session& session, Host& host, frmTBDetail& screen, int col, int row, const TextRows& texts);
 /// Pastes an entry of the history from the active row on.
 void mnuPasteHistory_Click(Session& session, Host& host, frmTBDetail& screen, const CopyHistory& history,
                            std::size_t entry);

@@ -26,6 +26,7 @@ constexpr SystemFlagColumn kFlagColumns[] = {
     {"table_name_ucase", &frmSystemInf::ChkTableNameUcase, &SystemRecord::tableUpper},
     {"field_name_lcase", &frmSystemInf::ChkFieldNameLcase, &SystemRecord::fieldLower},
     {"field_name_ucase", &frmSystemInf::ChkFieldNameUcase, &SystemRecord::fieldUpper},
+    {"field_name_astyped", &frmSystemInf::ChkFieldNameAsTyped, &SystemRecord::fieldAsTyped},
     {"narrow_flg", &frmSystemInf::ChkFieldNameNarrow, &SystemRecord::fieldNarrow},
     {"boltablenarrow", &frmSystemInf::ChkNarrow, &SystemRecord::tableNarrow},
     {"bolryakulower", &frmSystemInf::ChkRyakuLower, &SystemRecord::ryakuLower},
@@ -80,8 +81,9 @@ void showRecord(frmSystemInf& screen) {
   screen.TxtSystemName.text = screen.TxtSystemNameOld.text = record.name;
   for (const SystemTextColumn& column : kTextColumns) (screen.*column.control).text = record.*column.field;
   for (const SystemFlagColumn& column : kFlagColumns) (screen.*column.control).value = record.*column.field;
-  // Where both stand in the file, the lower case is what a save of fields goes by.
+  // Where several stand in the file, only that one is shown which a save of fields goes by.
   if (record.fieldLower) screen.ChkFieldNameUcase.value = false;
+  if (record.fieldLower || record.fieldUpper) screen.ChkFieldNameAsTyped.value = false;
   const auto limit = static_cast<std::size_t>(record.userLimit);
   screen.CmbEdit.text = kUserLimits[limit < std::size(kUserLimits) ? limit : 0];
   screen.ChkChangeData.value = record.id != 0 && !record.editAllowed;
@@ -89,6 +91,22 @@ void showRecord(frmSystemInf& screen) {
   screen.CmbDBType.text = record.databaseType;
   screen.TxtBlockSize.text = record.blockSize == 0 ? "" : std::to_string(record.blockSize);
   screen.TxtUserNameAccess.text = record.accessFile;
+}
+
+/// These servers keep the letters of names, and their designs are read from and written to them as they are.
+void presetLetterCase(frmSystemInf& screen) {
+  if (screen.record.id != 0 || screen.letterCaseChosen) return;
+  screen.ChkFieldNameAsTyped.value =
+      equalsNoCase(screen.CmbDBType.text, "PostgreSQL") || equalsNoCase(screen.CmbDBType.text, "MySQL");
+}
+
+/// The chosen way stays alone.
+void chooseLetterCase(frmSystemInf& screen, CheckBox frmSystemInf::*chosen) {
+  screen.letterCaseChosen = true;
+  if (!(screen.*chosen).value) return;
+  for (CheckBox frmSystemInf::*other :
+       {&frmSystemInf::ChkFieldNameLcase, &frmSystemInf::ChkFieldNameUcase, &frmSystemInf::ChkFieldNameAsTyped})
+    if (other != chosen) (screen.*other).value = false;
 }
 
 void setRights(const Session& session, frmSystemInf& screen) {
@@ -142,6 +160,7 @@ void frmSystemInf_Unload(Session& session, Host& host, Windows& windows, const f
 
 void CmbDBType_Click(Session& /*session*/, Host& /*host*/, frmSystemInf& screen) {
   const KindSetting* setting = settingOf(screen.CmbDBType.text);
+  presetLetterCase(screen);
   const bool open = screen.FraDBSetting.visible || screen.FraAccess.visible;
   screen.CmdOracleSetting.enabled = setting != nullptr || isAccess(screen);
   showSetting(screen, open && setting != nullptr);
@@ -169,11 +188,15 @@ void CmdOther_Click(Session& /*session*/, Host& /*host*/, frmSystemInf& screen) 
 }
 
 void ChkFieldNameLcase_Click(Session& /*session*/, Host& /*host*/, frmSystemInf& screen) {
-  if (screen.ChkFieldNameLcase.value) screen.ChkFieldNameUcase.value = false;
+  chooseLetterCase(screen, &frmSystemInf::ChkFieldNameLcase);
 }
 
 void ChkFieldNameUcase_Click(Session& /*session*/, Host& /*host*/, frmSystemInf& screen) {
-  if (screen.ChkFieldNameUcase.value) screen.ChkFieldNameLcase.value = false;
+  chooseLetterCase(screen, &frmSystemInf::ChkFieldNameUcase);
+}
+
+void ChkFieldNameAsTyped_Click(Session& /*session*/, Host& /*host*/, frmSystemInf& screen) {
+  chooseLetterCase(screen, &frmSystemInf::ChkFieldNameAsTyped);
 }
 
 void TxtAccessFileName_Change(Session& /*session*/, Host& /*host*/, frmSystemInf& screen) {

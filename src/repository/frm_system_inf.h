@@ -22,6 +22,7 @@ struct frmSystemInf {
   bool made = false;       ///< its save has made a System
   std::vector<std::string> loadedInput;  ///< what stood in the boxes
   bool hasAccessFile = false;            ///< this Repository has the column of the default Access file
+  bool letterCaseChosen = false;         ///< a person said how names of fields are stored: no preset any more
 
   TextBox TxtSystemName;  ///< locked for a System that exists: its name changes through cmdChange alone
   TextBox TxtMemo;
@@ -57,6 +58,7 @@ struct frmSystemInf {
   CheckBox ChkNarrow;  ///< テーブル名を常に半角として登録する
   CheckBox ChkFieldNameLcase;
   CheckBox ChkFieldNameUcase;
+  CheckBox ChkFieldNameAsTyped;  ///< 項目名(物理)を入力のまま登録する
   CheckBox ChkFieldNameNarrow;
   CheckBox ChkRyakuLower;
   CheckBox ChkDelMoji;
@@ -109,13 +111,15 @@ bool frmSystemInf_Load(Session& session, Host& host, frmSystemInf& screen, std::
 void frmSystemInf_Unload(Session& session, Host& host, Windows& windows, const frmSystemInf& screen);
 
 // --- changes on the screen
-/// Another Database kind: labels and boxes of its settings, the port that a kind begins with.
+/// Another Database kind: labels and boxes of its settings, the port that a kind begins with, and for a new System how
+/// its names of fields are stored.
 void CmbDBType_Click(Session& session, Host& host, frmSystemInf& screen);
 void CmdOracleSetting_Click(Session& session, Host& host, frmSystemInf& screen);
 void CmdOther_Click(Session& session, Host& host, frmSystemInf& screen);
-/// One of the two letter cases of field names puts the other out.
+/// One of the three ways to store names of fields puts the others out.
 void ChkFieldNameLcase_Click(Session& session, Host& host, frmSystemInf& screen);
 void ChkFieldNameUcase_Click(Session& session, Host& host, frmSystemInf& screen);
+void ChkFieldNameAsTyped_Click(Session& session, Host& host, frmSystemInf& screen);
 void TxtAccessFileName_Change(Session& session, Host& host, frmSystemInf& screen);
 
 // --- saving

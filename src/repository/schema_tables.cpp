@@ -86,7 +86,7 @@ std::vector<TableDef> definitionTables() {
                    "書式ファイル名", "tablespace", "indexspace"}),
              indexSpaceOfSystem(), whole({"DB_BLOCK_SIZE"}), text({"accessfilename"}, 255),
              integer({"table_name_ucase", "field_name_lcase", "field_name_ucase", "narrow_flg", "boltablenarrow",
-                      "bolryakulower", "bolryakudelmoji", "replacejpnspace", "filelinkcopy"}),
+                      "bolryakulower", "bolryakudelmoji", "replacejpnspace", "filelinkcopy", "field_name_astyped"}),
              text({"make_server", "COMPNAME"})}),
       table("MAS_TABLEINFO", {"ID"},
             {autoNumber("ID"),
@@ -124,8 +124,11 @@ std::vector<TableDef> definitionTables() {
              memo({"DB_DATA_DEFAULT"}), real({"DB_NUM_DISTINCT"}), text({"DB_LOW_VALUE", "DB_HIGH_VALUE"}),
              real({"MAX_TRANS", "DB_DENSITY", "NUM_NULLS", "BYTE"}), text({"DB_CONSTRAINT_NAME"}),
              memo({"DB_SEARCH_CONDITION"}), audit()}),
-      // Of the marks of a read, a program's row has one column: it holds the program's ID.
-      table("MAS_PRJINFO", {"ID", "ROWNO"}, {fieldDefinition(), text({"DB_COLUMN_NAME"}), audit()}),
+      // Of the marks of a read, a program's row has one column: it holds the program's ID. Its dates have columns of
+      // their own, since digits are whole numbers.
+      table("MAS_PRJINFO", {"ID", "ROWNO"},
+            {fieldDefinition(), text({"DB_COLUMN_NAME"}), audit(), date({"開始日", "完了日"}),
+             text({"参照仕様書ファイル"}, 100)}),
       table("MAS_INDEX", {"INDEX_NAME", "ID", "ROWNO"},
             {text({"INDEX_NAME"}), whole({"ID", "ROWNO"}), text({"備考"}), integer({"順序", "bolUNIQUE", "brinindex"}),
              audit()}),

@@ -63,6 +63,7 @@ void readRecord(const Recordset& row, SystemRecord& record) {
   record.tableUpper = flag("table_name_ucase");
   record.fieldLower = flag("field_name_lcase");
   record.fieldUpper = flag("field_name_ucase");
+  record.fieldAsTyped = flag("field_name_astyped");
   record.fieldNarrow = flag("narrow_flg");
   record.ryakuLower = flag("bolryakulower");
   record.ryakuDelMoji = flag("bolryakudelmoji");

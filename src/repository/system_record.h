@@ -39,6 +39,7 @@ struct SystemRecord {
   bool tableUpper = false;
   bool fieldLower = false;
   bool fieldUpper = false;
+  bool fieldAsTyped = false;  ///< names of fields keep their letters; the two cases win over it where one is set
   bool fieldNarrow = false;
   bool ryakuLower = false;
   bool ryakuDelMoji = false;

@@ -1,5 +1,9 @@
 #include "repository/type_catalogue.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include "common/text.h"
 
 namespace quillmarden {
@@ -52,6 +56,17 @@ DigitRule gFileType_NoDigits(Database& database, TypeCatalogue& catalogue, std::
   const FileType* known = gChkFileType(database, catalogue, kind, type);
   if (!known) return {};
   return {.noDigits = !known->takesDigits, .numeric = known->numeric};
+}
+
+bool takesNoDigitsEither(std::string_view kind, std::string_view type) {
+  constexpr std::pair<std::string_view, std::string_view> kTypes[] = {
+      {"MySQL", "TINYTEXT"},    {"MySQL", "TINYBLOB"},       {"MySQL", "TEXT"},         {"MySQL", "BLOB"},
+      {"MySQL", "MEDIUMTEXT"},  {"MySQL", "MEDIUMBLOB"},     {"MySQL", "LONGTEXT"},     {"MySQL", "LONGBLOB"},
+      {"Access", "ﾒﾓ型"},       {"Access", "oldｵﾌﾞｼﾞｪｸﾄ型"}, {"PostgreSQL", "varchar"}, {"PostgreSQL", "numeric"},
+      {"PostgreSQL", "decimal"}};
+  return std::any_of(std::begin(kTypes), std::end(kTypes), [&](const auto& known) {
+    return equalsNoCase(known.first, kind) && equalsNoCase(known.second, type);
+  });
 }
 
 const std::vector<std::string>& fileTypeColumns() {

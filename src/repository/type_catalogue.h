@@ -46,6 +46,10 @@ struct DigitRule {
 DigitRule gFileType_NoDigits(Database& database, TypeCatalogue& catalogue, std::string_view kind,
                              std::string_view type);
 
+/// Whether the server takes the type without the digits that the catalogue asks for, so that a table read from it has
+/// none: texts and binaries without a limit, numbers of any size. Both compared without case.
+bool takesNoDigitsEither(std::string_view kind, std::string_view type);
+
 // --- the rows that the program itself brings, used by a new Repository and by every login
 
 struct SeedType {

@@ -15,8 +15,11 @@ enum class CellKind { Edit, Check, List, Static, Integer, Float };
 struct SpreadColumn {
   std::string title;
   CellKind kind = CellKind::Edit;
-  int maxLength = 0;                      ///< characters of an Edit cell; 0 for no limit
+  int maxLength = 0;                      ///< of an Edit cell, in bytes of CP932 (full-width 2); 0 for no limit
+  bool oneLine = false;                   ///< an Edit cell without line ends and tabs
+  bool date = false;                      ///< an Edit cell that takes dates alone
   std::vector<std::string> entries = {};  ///< of a List cell
+  bool open = false;                      ///< a List cell that takes other texts as well
   double minimum = 0;                     ///< of an Integer or Float cell
   double maximum = 0;
   bool hidden = false;

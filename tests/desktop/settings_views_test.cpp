@@ -58,6 +58,10 @@ TEST_F(SettingsViewsTest, ASystemIsChangedAndTheListFollows) {
   press("frmSystemInf", "ChkFieldNameUcase");
   press("frmSystemInf", "ChkFieldNameLcase");
   EXPECT_FALSE(control<QCheckBox>("frmSystemInf", "ChkFieldNameUcase").isChecked());
+  press("frmSystemInf", "ChkFieldNameAsTyped");
+  EXPECT_FALSE(control<QCheckBox>("frmSystemInf", "ChkFieldNameLcase").isChecked());
+  press("frmSystemInf", "ChkFieldNameLcase");
+  EXPECT_FALSE(control<QCheckBox>("frmSystemInf", "ChkFieldNameAsTyped").isChecked());
   press("frmSystemInf", "ChkChangeData");
   scripted.expect("確認", "登録内容を更新します.", kYes);
   QTest::keyClick(&view("frmSystemInf"), Qt::Key_S, Qt::ControlModifier);
@@ -78,6 +82,7 @@ TEST_F(SettingsViewsTest, ANewSystemJoinsTheList) {
   scripted.expect("確認", "登録内容を更新します.", kYes);
   press("frmSystemInf", "cmdOK");
   EXPECT_EQ(stored("DB_BLOCK_SIZE", "在庫管理"), "5432");
+  EXPECT_EQ(stored("field_name_astyped", "在庫管理"), "-1");
   pick("frmTBList", "CmbSystem", "在庫管理");
   EXPECT_EQ(app.session.gCurrentDbType, "PostgreSQL");
 }

@@ -10,6 +10,7 @@
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QTest>
+#include <QToolTip>
 
 #include "spread_samples.h"
 
@@ -133,7 +134,40 @@ TEST_F(SpreadViewTest, NumbersTakeNumbersWithinTheirLimits) {
   view->goTo(1, 1);
   type("123456789");
   press(Qt::Key_Return);
-  EXPECT_EQ(spread.text(1, 1), "12345678") << "at most 8 characters";
+  EXPECT_EQ(spread.text(1, 1), "12345678") << "at most 8 bytes";
+}
+
+TEST_F(SpreadViewTest, ALimitCountsFullWidthCharactersTwice) {
+  open(3);
+  const auto commit = [&](const char* text) {
+    QInputMethodEvent event;
+    event.setCommitString(text);
+    QApplication::sendEvent(focus(), &event);
+  };
+  commit("漢");
+  commit("字と仮名も");
+  EXPECT_EQ(QToolTip::text(), "8バイト(全角4文字)までです.");
+  press(Qt::Key_Return);
+  EXPECT_EQ(spread.text(1, 1), "漢字と仮");
+  view->goTo(1, 1);
+  press(Qt::Key_F2);
+  press(Qt::Key_Home);
+  type("a");
+  press(Qt::Key_Return);
+  EXPECT_EQ(spread.text(1, 1), "漢字と仮") << "what was there stays, what came too much does not";
+  // A text that was stored longer can become shorter, and a plain look leaves it.
+  spread.setText(1, 2, "漢字と仮名");
+  view->refresh();
+  view->goTo(1, 2);
+  press(Qt::Key_F2);
+  press(Qt::Key_Return);
+  EXPECT_EQ(spread.text(1, 2), "漢字と仮名");
+  view->goTo(1, 2);
+  press(Qt::Key_F2);
+  type("a");
+  press(Qt::Key_Backspace);
+  press(Qt::Key_Return);
+  EXPECT_EQ(spread.text(1, 2), "漢字と仮");
 }
 
 TEST_F(SpreadViewTest, SpaceSetsChecksOfTheWholeSelection) {
@@ -163,6 +197,9 @@ TEST_F(SpreadViewTest, AListTakesItsEntriesByTypingAndFromTheOpenList) {
   type("nothing");
   press(Qt::Key_Return);
   EXPECT_EQ(spread.text(3, 2), "") << "no entry of the list";
+  EXPECT_EQ(place(), Place(3, 2)) << "it can be put right";
+  EXPECT_EQ(QToolTip::text(), "[型]が一覧にありません.");
+  press(Qt::Key_Escape);
   view->goTo(3, 3);
   press(Qt::Key_Down, Qt::AltModifier);
   auto* list = qobject_cast<QComboBox*>(view->indexWidget(view->currentIndex()));
@@ -171,6 +208,29 @@ TEST_F(SpreadViewTest, AListTakesItsEntriesByTypingAndFromTheOpenList) {
   QTest::keyClick(list->view(), Qt::Key_Down);
   QTest::keyClick(list->view(), Qt::Key_Return);
   EXPECT_EQ(spread.text(3, 3), "文字");
+}
+
+TEST_F(SpreadViewTest, TypingInAListReplacesItsText) {
+  open(3);
+  for (int row = 1; row <= 3; ++row) spread.setText(3, row, "文字");
+  view->refresh();
+  view->goTo(3, 1);
+  type("var");
+  press(Qt::Key_Return);
+  EXPECT_EQ(spread.text(3, 1), "VARCHAR2");
+  press(Qt::Key_F2);
+  type("v");
+  press(Qt::Key_Return);
+  EXPECT_EQ(spread.text(3, 2), "VARCHAR2");
+  press(Qt::Key_Backspace);
+  press(Qt::Key_Return);
+  EXPECT_EQ(spread.text(3, 3), "");
+  spread.column(3).open = true;
+  view->refresh();
+  view->goTo(3, 1);
+  type("COBOL");
+  press(Qt::Key_Return);
+  EXPECT_EQ(spread.text(3, 1), "COBOL") << "an open list takes what it does not hold";
 }
 
 TEST_F(SpreadViewTest, JapaneseInputBeginsAnEdit) {

@@ -42,14 +42,15 @@ TEST_F(DetailEditTest, ACellTakesItsOwnFormOrStaysAsItWas) {
       {col::kJapaneseName, std::string_view("a\0b", 3), false, "一行二行 三"},
       {col::kRemark, "一\r\n二", true, "一\n二"},
       {col::kKey, "○", true, "-1"},
-      {col::kKey, "いいえ", true, "0"},
+      {col::kKey, "いいえ", false, "-1"},
+      {col::kKey, "false", true, "0"},
       {col::kType, " INTEGER ", true, "integer"},
       {col::kType, "inteeger", false, "integer"},
       {col::kWholeDigits, "１２", true, "12"},
-      {col::kWholeDigits, "3.6", true, "4"},
-      {col::kWholeDigits, "32768", false, "4"},
-      {col::kWholeDigits, "-1", false, "4"},
-      {col::kWholeDigits, "十", false, "4"},
+      {col::kWholeDigits, "3.6", false, "12"},
+      {col::kWholeDigits, "32768", false, "12"},
+      {col::kWholeDigits, "-1", false, "12"},
+      {col::kWholeDigits, "十", false, "12"},
       {col::kWholeDigits, " ", true, ""},
       {col::kRangeStart, "1,234.5", true, "1234.5"},
       {col::kRangeStart, "1e13", false, "1234.5"},
@@ -62,9 +63,13 @@ TEST_F(DetailEditTest, ACellTakesItsOwnFormOrStaysAsItWas) {
     EXPECT_EQ(detail.Spread.text(one.column, 1), one.held) << one.typed;
   }
   std::string name;
-  for (int i = 0; i < 80; ++i) name += "漢";
+  for (int i = 0; i < 40; ++i) name += "漢";
   EXPECT_TRUE(edit(col::kJapaneseName, 2, name));
-  EXPECT_FALSE(edit(col::kJapaneseName, 2, name + "字"));
+  EXPECT_FALSE(edit(col::kJapaneseName, 2, name + "a"));
+  EXPECT_EQ(cellFault(detail, col::kJapaneseName, 2, name + "a"),
+            "[日本語項目名 (論理)]が長すぎます. 80バイト(全角40文字)までです.");
+  EXPECT_EQ(cellFault(detail, col::kType, 2, "inteeger"), "[型]が一覧にありません.");
+  EXPECT_EQ(cellFault(detail, col::kJapaneseName, 2, name), "");
   EXPECT_FALSE(edit(0, 1, "x") || edit(27, 1, "x") || edit(1, 0, "x") || edit(1, Spread::kMaxRows + 1, "x"));
 }
 
@@ -119,6 +124,7 @@ TEST_F(DetailEditTest, TheHelpersShowTheActiveRow) {
   EXPECT_EQ(cells(2, {col::kValueList, col::kChanged}), "区分|変更");
   Txtbiko_Change(session, scripted.host, detail, "三\n四");
   EXPECT_EQ(cells(2, {col::kRemark}), "三\n四");
+  scripted.expect("入力確認", "[備考]が長すぎます. 255バイト(全角127文字)までです.");
   Txtbiko_Change(session, scripted.host, detail, std::string(256, 'x'));
   EXPECT_EQ(detail.Txtbiko.text, "三\n四") << "what the cell does not take does not stay in the box";
   goTo(5, 99);

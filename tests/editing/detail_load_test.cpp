@@ -90,7 +90,8 @@ TEST_F(DetailLoadTest, ReadOnlyTablesShowMarksAndUnknownTypes) {
   ASSERT_FALSE(load(id));
   EXPECT_FALSE(detail.readOnly);
   EXPECT_TRUE(detail.CmdUpDate.enabled);
-  EXPECT_EQ(cells(1, {3, 4, 9}), "-1||-1") << "the drop-down does not hold the type";
+  EXPECT_EQ(cells(1, {3, 4, 9}), "-1|geometry|-1") << "a type that the drop-down does not hold is still the field's";
+  EXPECT_EQ(detail.Spread.backColour(col::kType, 1), 0x0000FFU);
   EXPECT_EQ(cells(2, {3, 4, 9}), "0|int|0");
 
   const auto expectLocked = [&](const char* why) {

@@ -1,3 +1,4 @@
+#include "editing/frm_tb_detail_edit.h"
 #include "editing_fixture.h"
 
 namespace quillmarden {
@@ -84,6 +85,10 @@ TEST_F(DetailSaveTest, NamesFollowTheSystemsRules) {
   EXPECT_EQ(saved(), "名 前　1|ＡBＣ");
   session.settings.lowerFieldName = true;
   EXPECT_EQ(saved(), "名 前　1|ａbｃ");
+  session.gCurrentSystem.fieldAsTyped = true;
+  EXPECT_EQ(saved(), "名 前　1|ＡbＣ");
+  session.gCurrentSystem.fieldUpper = true;
+  EXPECT_EQ(saved(), "名 前　1|ＡBＣ") << "the older flags win";
   session.settings.lowerFieldName = false;
   session.gCurrentSystem.fieldLower = session.gCurrentSystem.fieldNarrow = true;
   session.gCurrentSystem.replaceJpnSpace = true;
@@ -181,6 +186,66 @@ TEST_F(DetailSaveTest, MembersAndFixedValuesAndProgramsRoundTrip) {
   ASSERT_FALSE(load(prj));
   EXPECT_EQ(cells(1, {1, 2, 3, 4, 10, 19}), "00001|受注|PG01|COBOL|○完了|伊藤");
   EXPECT_TRUE(fields(prj, "ROWNO").empty());
+}
+
+TEST_F(DetailSaveTest, ValuesAndPathsKeepTheirLetters) {
+  session.gCurrentSystem.fieldNarrow = true;
+  const auto saved = [&](const char* kind, const char* type) {
+    const std::string id = addTable("販売", kind, "T", "表");
+    EXPECT_FALSE(load(id));
+    put(1, {{1, "対象"}, {2, " /home/Ｂ/見積 a.Txt "}, {4, type}});
+    EXPECT_FALSE(detail.mode == DetailMode::Prj ? pPutPrjDetails(session, scripted.host, detail) : save());
+    EXPECT_FALSE(load(id));
+    return cells(1, {2});
+  };
+  EXPECT_EQ(saved("固定値", "文字"), "/home/Ｂ/見積 a.Txt");
+  EXPECT_EQ(saved("固定値", "FileLink"), "/home/Ｂ/見積 a.Txt");
+  EXPECT_EQ(saved("PG管理", "Java"), "/home/Ｂ/見積 a.Txt");
+  EXPECT_EQ(saved("メンバー", "Mail"), "/home/Ｂ/見積 a.Txt");
+  EXPECT_EQ(saved("PostgreSQL", "filelink"), "/home/Ｂ/見積 a.Txt");
+  EXPECT_EQ(saved("PostgreSQL", "text"), "/HOME/B/見積 A.TXT");
+}
+
+TEST_F(DetailSaveTest, DatesAndSpecificationsOfProgramsAreStored) {
+  const std::string prj = addTable("販売", "PG管理", "P", "一覧");
+  ASSERT_FALSE(load(prj));
+  const auto edit = [&](int column, std::string_view text) {
+    return cellEdited(session, scripted.host, detail, column, 1, text);
+  };
+  ASSERT_TRUE(edit(1, "7") && edit(5, "2026/4/1") && edit(6, "２０２６-05-31 12:30") && edit(23, "仕様/受注.xlsx"));
+  EXPECT_FALSE(edit(5, "4月頃") || edit(7, "半日"));
+  EXPECT_EQ(cells(1, {5, 6, 23}), "2026/04/01|2026/05/31 12:30:00|仕様/受注.xlsx");
+  scripted.answerAll(kYes);
+  ASSERT_FALSE(CmdUpDate_Click(session, scripted.host, detail));
+  EXPECT_EQ(rows("SELECT 開始日, 完了日, 参照仕様書ファイル, 整数桁数 FROM MAS_PRJINFO"),
+            (Lines{"2026/04/01 00:00:00|2026/05/31 12:30:00|仕様/受注.xlsx|-"}));
+  EXPECT_EQ(cells(1, {5, 6, 23}), "2026/04/01|2026/05/31 12:30:00|仕様/受注.xlsx");
+
+  database().execute("UPDATE MAS_PRJINFO SET 整数桁数 = 12");
+  ASSERT_FALSE(load(prj));
+  ASSERT_TRUE(edit(5, "") && edit(23, ""));
+  ASSERT_FALSE(pPutPrjDetails(session, scripted.host, detail));
+  EXPECT_EQ(rows("SELECT 開始日, 参照仕様書ファイル, 整数桁数 FROM MAS_PRJINFO"), (Lines{"-||12"}))
+      << "a number from the time before stays where it is";
+
+  database().execute("ALTER TABLE MAS_PRJINFO DROP COLUMN 開始日");
+  frmTBDetail other;
+  ASSERT_FALSE(pGet_TableID2TableDetails(session, scripted.host, other, prj));
+  EXPECT_FALSE(cellEdited(session, scripted.host, other, 5, 1, "2026/04/01")) << "there is nowhere to store it";
+  EXPECT_TRUE(cellEdited(session, scripted.host, other, 6, 1, "2026/04/02"));
+}
+
+TEST_F(DetailSaveTest, ATypeOutsideTheCatalogueStays) {
+  const std::string id = addReferred();
+  database().execute("UPDATE MAS_TABLEDETAILES SET 型 = 'geometry' WHERE 項目名 = 'B' AND ID = " + id);
+  ASSERT_FALSE(load(id));
+  put(1, {{12, "another row"}});
+  ASSERT_FALSE(save());
+  EXPECT_EQ(fields(id, "型"), (Lines{"varchar", "geometry", "varchar"}));
+  ASSERT_FALSE(load(id));
+  EXPECT_TRUE(cellEdited(session, scripted.host, detail, col::kType, 2, "TEXT"));
+  ASSERT_FALSE(save());
+  EXPECT_EQ(fields(id, "型"), (Lines{"varchar", "text", "varchar"}));
 }
 
 TEST_F(DetailSaveTest, MarksOfTheTableAreSetAndCleared) {

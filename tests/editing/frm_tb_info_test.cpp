@@ -121,6 +121,7 @@ TEST_F(TbInfoTest, EachSortOfTableStopsAtItsFirstFault) {
       {info.TxtTableName.text, "orders@", "テーブル名に使用しては\nいけない文字が含まれています."},
       {info.CmbDataBunrui.text, "データ分類六", "データ分類は10文字以内です."},
       {info.CmbKanKaku.text, "12345678901", "作成間隔は10文字以内です."},
+      {info.TxtRyaku.text, std::string(51, 'x'), "略名が長すぎます. 50バイト(全角25文字)までです."},
       {info.TxtMakeDate.text, "2026/02/30", "作成日が不正な日付です."},
       {info.TxtEndDate.text, "x", "完了日が不正な日付です."},
       {info.TxtChgDate.text, "x", "変更日が不正な日付です."},
@@ -150,9 +151,30 @@ TEST_F(TbInfoTest, NamesAreUniqueAmongTheSystemsLiveTables) {
   info.TxtTableName.text = "orders2";
   info.TxtJPN.text = "受注明細";
   expectFault("日本語名が他で使用されています.");
+  info.TxtJPN.text = "受注";
+  database().execute("UPDATE MAS_TABLEINFO SET 略名 = 'Ord' WHERE ID = " + taken);
+  expectFault("略名が他で使用されています.");
+  info.CmbFileType.text = "メンバー";
+  expectFault("略名が他で使用されています.");
+  info.CmbFileType.text = "PostgreSQL";
   database().execute("UPDATE MAS_TABLEINFO SET 削除フラグ = 1 WHERE ID = " + taken);
   scripted.expect("確認", std::string(kUpdate), kNo);
   EXPECT_TRUE(press());
+}
+
+TEST_F(TbInfoTest, ATableMovesOnlyToWhereItsNamesAreFree) {
+  const std::string id = addReferred();
+  const std::string there = addTable("経理", "PostgreSQL", "V", "第三");
+  database().execute("UPDATE MAS_TABLEINFO SET 略名 = 'T' WHERE ID = " + there);
+  ASSERT_FALSE(open(id));
+  info.CmbMoveSystem.text = "経理";
+  scripted.expect("入力確認", "略名が他で使用されています.\n 経理");
+  EXPECT_TRUE(cmdMoveSystem_Click(session, scripted.host, windows, info));
+  EXPECT_EQ(header(id, "システム名"), "販売");
+  database().execute("UPDATE MAS_TABLEINFO SET 略名 = 'v' WHERE ID = " + there);
+  scripted.expect("確認", "所属システム変更の変更をしました。");
+  EXPECT_FALSE(cmdMoveSystem_Click(session, scripted.host, windows, info));
+  EXPECT_EQ(header(id, "システム名"), "経理");
 }
 
 TEST_F(TbInfoTest, NamesTakeTheSystemsForm) {
@@ -160,6 +182,8 @@ TEST_F(TbInfoTest, NamesTakeTheSystemsForm) {
   session.gCurrentSystem.ryakuLower = session.gCurrentSystem.ryakuDelMoji = true;
   openFilled();
   EXPECT_EQ(info.lblTableNameForm.caption + "/" + info.lblRyakuForm.caption, "半角大文字/小文字半角,「- 」「_ 」削除");
+  info.TxtTableName.text = "orders［１］";
+  expectFault("テーブル名に使用しては\nいけない文字が含まれています.");
   info.TxtTableName.text = " ｏrders ";
   info.TxtRyaku.text = "Ａ-b_１";
   scripted.answerAll(kYes);
@@ -235,12 +259,12 @@ TEST_F(TbInfoTest, AReverseResultEndsWithItsMark) {
 TEST_F(TbInfoTest, ARefusedSaveLeavesTheRow) {
   const std::string id = addReferred();
   ASSERT_FALSE(open(id));
-  info.TxtRyaku.text = std::string(60, 'x');
+  info.TxtInpForm.text = std::string(300, 'x');
   scripted.answerAll(kYes);
   EXPECT_TRUE(press());
   EXPECT_TRUE(scripted.messages.back().starts_with("確認とゆうか...|更新エラーがありました.\n "));
   EXPECT_TRUE(scripted.messages.back().ends_with("のエラーが発生しました."));
-  EXPECT_EQ(header(id, "略名, 更新者"), "t|-");
+  EXPECT_EQ(header(id, "画面名等, 更新者"), "-|-");
   EXPECT_FALSE(info.saved);
 }
 
@@ -296,7 +320,7 @@ TEST_F(TbInfoTest, ATableMovesWithItsReferences) {
 
 TEST_F(TbInfoTest, AReferenceFileIsTakenInAndCleared) {
   const std::string id = addReferred();
-  const std::string file = scripted.folder.file("設計.xlsx");
+  const std::string file = scripted.folder.file("O'Neilの設計.xlsx");
   std::ofstream(file) << "1";
   const auto drop = [&](Lines files) { TxtRefFileName_Drop(session, scripted.host, info, files); };
   openFilled();
@@ -310,19 +334,19 @@ TEST_F(TbInfoTest, AReferenceFileIsTakenInAndCleared) {
   scripted.expect("確認", "参照ファイルを、MDBフォルダ配下に複写します.", kNo);
   drop({file});
   EXPECT_EQ(info.TxtRefFileName.text, "");
-  const std::string copy = scripted.folder.file("RefFiles/tableinf/設計.xlsx");
+  const std::string copy = scripted.folder.file("RefFiles/tableinf/O'Neilの設計.xlsx");
   scripted.expect("確認", "参照ファイルを、MDBフォルダ配下に複写します.", kYes);
   drop({file});
   EXPECT_TRUE(fs::exists(copy));
-  EXPECT_EQ(header(id, "reffile"), "設計.xlsx");
+  EXPECT_EQ(header(id, "reffile"), "O'Neilの設計.xlsx");
   cmdRefFileOpen_Click(session, scripted.host, info);
   EXPECT_EQ(scripted.opened, (Lines{copy}));
 
   scripted.expect("確認", "参照ファイルを、MDBフォルダ配下に複写します.", kYes);
-  scripted.expect("確認", "複写先に同じファイルが存在します. 上書きしますか?\n 設計.xlsx", kNo);
+  scripted.expect("確認", "複写先に同じファイルが存在します. 上書きしますか?\n O'Neilの設計.xlsx", kNo);
   scripted.expect("確認", "複写先に同じファイルが存在し、ユーザーにより[いいえ]が選択されました.");
   drop({file});
-  database().execute("UPDATE MAS_TABLEINFO SET reffile = '設計.xlsx' WHERE ID = " + other);
+  database().execute("UPDATE MAS_TABLEINFO SET reffile = 'O''Neilの設計.xlsx' WHERE ID = " + other);
   scripted.expect("確認", "ファイルは削除しないので、手動で処理してください.");
   cmdClearRefFile_Click(session, scripted.host, info);
   EXPECT_EQ(info.TxtRefFileName.text + header(id, "reffile"), "");

@@ -72,6 +72,26 @@ TEST_F(GridClipboardTest, WhatACellDoesNotTakeIsTold) {
   paste(5, 1);  // the second row's domain owns the cell: what comes for it passes by
 }
 
+TEST_F(GridClipboardTest, ALongTextIsToldWithItsLimitAndAFillWithWhatItCannot) {
+  scripted.clipboard = std::string(51, 'x');
+  scripted.expect("確認",
+                  "貼り付けできない内容がありました.\n[003] 項目名 (物理)が長すぎます. 50バイト(全角25文字)までです.");
+  paste(2, 3);
+  detail.Spread.setText(col::kChanged, 1, "");
+  scripted.expect("確認", "貼り付けできない内容がありました.\n[003] 整数桁数 : x");
+  putBlock(session, scripted.host, detail, 1, 1, {{"番号"}, {"塗り"}, {"塗り", "c", "", "", "x"}});
+  EXPECT_EQ(cells(2, {1, 20}) + cells(3, {1, 2, 5}), "塗り|変更塗り|c|");
+  EXPECT_EQ(cells(1, {20}), "") << "what a fill leaves as it is waits for no save";
+}
+
+TEST_F(GridClipboardTest, CopiesOfProgramsAreWhole) {
+  ASSERT_FALSE(load(addTable("販売", "PG管理", "P", "一覧")));
+  put(1, {{1, "7"}, {4, "COBOL"}, {5, "2026/04/01"}, {19, "伊藤"}, {23, "仕様.docx"}});
+  copy(rowsOf(1, 1));
+  paste(1, 2);
+  EXPECT_EQ(cells(2, {1, 4, 5, 19, 23}), "7|COBOL|2026/04/01|伊藤|仕様.docx");
+}
+
 TEST_F(GridClipboardTest, RowsBelowTheLastOneAreTheOptionsMatter) {
   session.settings.spreadCopy2AddRow = false;
   scripted.clipboard = "一\n二\n三";

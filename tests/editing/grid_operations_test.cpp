@@ -2,6 +2,7 @@
 
 #include <fstream>
 
+#include "common/text.h"
 #include "editing/detail_parts.h"
 #include "editing/file_link.h"
 #include "editing/frm_partition.h"
@@ -223,10 +224,25 @@ TEST_F(GridOperationsTest, AFileLinkIsCopiedBesideTheRepositoryAndOpened) {
   EXPECT_EQ(cells(1, {2, 20}), "0042_見積.txt|変更");
   scripted.answerAll(kYes);
   ASSERT_FALSE(CmdUpDate_Click(session, scripted.host, detail));
-  EXPECT_EQ(cells(1, {2}), "0042_見積.TXT") << "values are stored in capitals";
+  EXPECT_EQ(cells(1, {2}), "0042_見積.txt") << "a value keeps its letters";
   openFileLink(session, scripted.host, detail, 2, 1);
   EXPECT_EQ(scripted.opened, (Lines{(scripted.folder.path() / "_FileLink_tableinf" / "0042_見積.txt").string()}));
   EXPECT_TRUE(linkFile(session, scripted.host, detail, 2, 1, scripted.folder.file("none.txt")));
+
+  // A path that was stored in capitals, folder and all, still leads to its file.
+  detail.Spread.setText(2, 1,
+                        scripted.folder.path().parent_path().string() + "/" +
+                            toUpper(scripted.folder.path().filename().string()) + "/見積.TXT");
+  openFileLink(session, scripted.host, detail, 2, 1);
+  EXPECT_EQ(scripted.opened.back(), file);
+  detail.Spread.setText(2, 1, "");
+  const std::string deep = scripted.folder.path().string() + "/" + std::string(200, 'd');
+  std::filesystem::create_directories(deep);
+  session.gCurrentSystem.fileLinkCopy = false;
+  std::ofstream(deep + "/" + std::string(60, 'f')) << "x";
+  scripted.messages.clear();
+  EXPECT_TRUE(linkFile(session, scripted.host, detail, 2, 1, deep + "/" + std::string(60, 'f')));
+  EXPECT_EQ(scripted.messages, (Lines{"入力確認|[値]が長すぎます. 255バイト(全角127文字)までです."}));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "common/text.h"
 #include "editing_fixture.h"
 
 namespace quillmarden {
@@ -293,6 +294,21 @@ TEST_F(TableListTest, ClipboardTakesNamesInTheirRoles) {
   }
   mnuCopyAllClipBord_Click(scripted.host, list);
   EXPECT_EQ(scripted.clipboard, list.LstTable.rows[0] + "\r\n" + list.LstTable.rows[1]);
+}
+
+TEST_F(TableListTest, CopiesHaveLongNamesWhole) {
+  const std::string name = "受注明細履歴の月次集計の途中経過を残すための作業テーブル";
+  const std::string id = addTable("販売", "Oracle", "W", name);
+  list.CmbTitle.text = "日本語名";
+  choose("販売");
+  list.LstTable.selected[0] = true;
+  EXPECT_EQ(gLenB(tableListName(list.LstTable.rows[0])), 50U);
+  mnuClipBordJPN_Click(scripted.host, list);
+  EXPECT_EQ(scripted.clipboard, name);
+  mnuClipBord_Click(scripted.host, list, 2);
+  EXPECT_EQ(scripted.clipboard, "■" + name + "/W");
+  mnuCopyClipBord_Click(scripted.host, list);
+  EXPECT_EQ(scripted.clipboard, name + "\tW\t" + id);
 }
 
 TEST_F(TableListTest, AClickLoadsTheRowUnlessEditingGoesOn) {

@@ -1,5 +1,6 @@
 #include "editing/validation.h"
 
+#include "editing/frm_tb_detail_edit.h"
 #include "editing_fixture.h"
 
 namespace quillmarden {
@@ -28,6 +29,7 @@ TEST_F(ValidationTest, ChangedRowsNeedTypeAndDigits) {
   detail.Spread.setText(col::kType, 1, "INTEGER");
   EXPECT_FALSE(check()) << "a fixed type takes no digits";
   detail.Spread.setText(col::kType, 1, "datetime");
+  scripted.expect("確認", "型が一覧にありません. このまま保存します.\n  a : datetime");
   EXPECT_FALSE(check());
   detail.Spread.setText(col::kType, 1, "");
   detail.Spread.setText(col::kChanged, 1, "");
@@ -53,7 +55,7 @@ TEST_F(ValidationTest, NamesStandOnceAndFitAScript) {
   begin("PostgreSQL");
   put(1, {{1, "同じ"}, {2, "a"}, {4, "int"}});
   put(2, {{1, "別"}, {2, "o'x"}, {4, ""}});
-  put(3, {{1, " 同じ "}, {2, "A"}, {4, "int"}});
+  put(3, {{1, " 同じ "}, {2, "c"}, {4, "int"}});
   expectFaults(
       "日本語/項目名に重複があります.\n項目名に, or 'が含まれています.\n型が未設定です.\n整数桁数が未設定です.");
   EXPECT_EQ(detail.Spread.backColour(col::kJapaneseName, 1), 0x0000FFU);
@@ -67,6 +69,55 @@ TEST_F(ValidationTest, NamesStandOnceAndFitAScript) {
   put(1, {{2, "FILLER"}, {3, "-1"}, {4, "X"}, {5, "1"}});
   put(2, {{2, "FILLER"}, {4, "X"}, {5, "1"}});
   EXPECT_FALSE(check()) << "a text layout may repeat a name, and its column 8 is a position";
+}
+
+TEST_F(ValidationTest, NamesThatAreStoredAlikeAreDuplicates) {
+  begin("PostgreSQL");
+  const auto expectDuplicates = [&](const char* japanese, const char* physical) {
+    put(1, {{1, "金額1"}, {2, "bb"}, {4, "int"}});
+    put(2, {{1, japanese}, {2, physical}, {4, "int"}});
+    expectFaults("日本語/項目名に重複があります.");
+  };
+  expectDuplicates("別", "BB");
+  expectDuplicates("金額１", "c");
+  session.gCurrentSystem.fieldAsTyped = true;
+  expectDuplicates("別", "BB");
+  put(2, {{2, "ｂｂ"}});
+  EXPECT_FALSE(check());
+  session.gCurrentSystem.fieldNarrow = session.gCurrentSystem.replaceJpnSpace = true;
+  expectDuplicates("別", "ｂｂ");
+  expectDuplicates("金　額1", "c");
+  put(2, {{1, "別"}, {2, "a，b"}});
+  expectFaults("項目名に, or 'が含まれています.");
+
+  begin("PG管理");
+  put(1, {{2, "a program without a number"}});
+  put(2, {{1, "00001"}});
+  scripted.expect("入力エラー", "管理IDに重複があります.");
+  EXPECT_TRUE(pChkPrjDetails(session, scripted.host, detail));
+}
+
+TEST_F(ValidationTest, WhatWasStoredSoIsToldAndSaved) {
+  const std::string id = addTable("販売", "MySQL", "T", "表");
+  addField(id, 1, "項目名, 型, 整数桁数, 範囲分類, 範囲開始", "'a', 'ENUM(''x'')', 0, '≧', '1'");
+  addField(id, 2, "項目名, 型, 整数桁数", "'b', 'MEDIUMBLOB', 0");
+  addField(id, 3, "項目名, 型", "'c', 'VARCHAR'");
+  ASSERT_FALSE(load(id));
+  put(1, {});
+  put(2, {});
+  scripted.expect("確認",
+                  "型が一覧にありません. このまま保存します.\n  a : ENUM('x')\n"
+                  "整数桁数が未設定です. このまま保存します.\n  b : MEDIUMBLOB");
+  EXPECT_FALSE(check());
+  EXPECT_TRUE(badCells(detail).empty()) << "nothing for a person to put right";
+  put(4, {{2, "d"}, {4, "MEDIUMBLOB"}});
+  expectFaults("整数桁数が未設定です.");
+  put(4, {{5, "1"}});
+  put(2, {{4, "LONGBLOB"}});
+  expectFaults("整数桁数が未設定です.");
+  put(2, {{5, "1"}});
+  put(3, {});
+  expectFaults("整数桁数が未設定です.");
 }
 
 TEST_F(ValidationTest, SqlServerAllowsOneIdentityAndNeedsFormulas) {

@@ -192,6 +192,28 @@ TEST_F(SystemScreen, OneLetterCaseAtMost) {
   screen.ChkFieldNameLcase.value = true;
   ChkFieldNameLcase_Click(session, scripted.host, screen);
   EXPECT_FALSE(screen.ChkFieldNameUcase.value);
+  screen.ChkFieldNameAsTyped.value = true;
+  ChkFieldNameAsTyped_Click(session, scripted.host, screen);
+  EXPECT_FALSE(screen.ChkFieldNameLcase.value);
+  session.gDB->execute("UPDATE MAS_SYSTEM SET field_name_ucase = -1, field_name_lcase = 0, field_name_astyped = -1");
+  open();
+  EXPECT_FALSE(screen.ChkFieldNameAsTyped.value) << "the older flag is what a save goes by";
+}
+
+TEST_F(SystemScreen, NamesAsTypedAreThePresetOfServersThatKeepThem) {
+  open();
+  choose("PostgreSQL");
+  EXPECT_FALSE(screen.ChkFieldNameAsTyped.value) << "a System that is there keeps its way";
+  openNew();
+  for (const auto& [kind, preset] :
+       {std::pair("PostgreSQL", true), std::pair("Oracle", false), std::pair("MySQL", true)}) {
+    choose(kind);
+    EXPECT_EQ(screen.ChkFieldNameAsTyped.value, preset) << kind;
+  }
+  screen.ChkFieldNameAsTyped.value = false;
+  ChkFieldNameAsTyped_Click(session, scripted.host, screen);
+  choose("PostgreSQL");
+  EXPECT_FALSE(screen.ChkFieldNameAsTyped.value) << "a person's choice stands";
 }
 
 TEST_F(SystemScreen, RefusedWriteLeavesTheRow) {

@@ -100,6 +100,23 @@ TEST_F(Upgrade, OldFileIsBroughtUpToDate) {
   expectNoFurtherChange();
 }
 
+/// The columns that only this program has come without a word, behind all others, and what was there is whole.
+TEST_F(Upgrade, OwnColumnsAreAddedToAnOtherwiseCurrentFile) {
+  loadOld("before_own_columns.sql");
+  logIn();
+  EXPECT_EQ(errorLog(), "");
+  EXPECT_EQ(session.gDB->tableDef("MAS_SYSTEM")->field("field_name_astyped")->type, FieldType::Integer);
+  EXPECT_EQ(session.gDB->tableDef("MAS_PRJINFO")->field("開始日")->type, FieldType::Date);
+  EXPECT_EQ(session.gDB->tableDef("MAS_PRJINFO")->field("完了日")->type, FieldType::Date);
+  EXPECT_EQ(session.gDB->tableDef("MAS_PRJINFO")->field("参照仕様書ファイル")->size, 100);
+  EXPECT_EQ(
+      rows("Select 日本語名, 項目名, DB_COLUMN_NAME, 整数桁数, 長さ, 開始日, 参照仕様書ファイル From MAS_PRJINFO"),
+      std::vector<std::string>{"00001|受注|PG01|12|3|-|-"});
+  ASSERT_TRUE(selectSystem(session, scripted.host, "販売"));
+  EXPECT_FALSE(session.gCurrentSystem.fieldAsTyped) << "names of a System that was there are stored as before";
+  expectNoFurtherChange();
+}
+
 TEST_F(Upgrade, RemovedRowsComeBackByKind) {
   { createRepository(file()); }
   ASSERT_TRUE(connect());
