@@ -176,10 +176,11 @@ void putRows(ScriptRun& run, int first, int last) {
 }
 
 /// Says that the run did not come to its end, and where what it has written stands.
-void tellPartial(ScriptRun& run) {
+void tellPartial(ScriptRun& run, bool opened) {
   std::error_code ignored;
   const std::filesystem::path partial = partialFile(run.result.file);
-  const bool left = std::filesystem::exists(partial, ignored);
+  // One that this run never had is another run's.
+  const bool left = opened && std::filesystem::exists(partial, ignored);
   run.result.file = left ? partial : std::filesystem::path();
   std::string text = run.result.stopped ? "中断しました. " : "";
   text += fmt::format("{}件まで出力しています.", run.result.tables);
@@ -191,7 +192,8 @@ void tellPartial(ScriptRun& run) {
 /// all that was asked for keeps its partial name.
 void finish(ScriptRun& run) {
   bool placed = false;
-  if (run.file) {
+  const bool opened = run.file.has_value();
+  if (opened) {
     guarded(run, [&] {
       if (!run.runnable.empty() || !run.waitingHead.text.empty()) {
         putWaitingHead(run, std::nullopt, *run.file);
@@ -205,7 +207,7 @@ void finish(ScriptRun& run) {
     });
     run.file.reset();
   }
-  if (!placed) tellPartial(run);
+  if (!placed) tellPartial(run, opened);
 }
 
 /// The mark of a run under way: moving through the list asks nothing and loads no more than generators read.
