@@ -173,11 +173,11 @@ TEST_F(SessionLifeTest, SweepingTakesOnlyWhatRunsLeave) {
   fs::create_directories(folder / "keep.tmp");
   for (const char* name : {"x_er.xls", "mine.xls", "my temptemp.xls", "y.EMF"}) touch(folder / name);
   touch(folder / "keep.tmp" / "inner");
-  sweepWorkFolder(folder);
+  sweepWorkFolder(folder, DateTime{2030, 1, 1, 0, 0, 0});
   EXPECT_FALSE(fs::exists(folder / "x_er.xls") || fs::exists(folder / "y.EMF"));
   EXPECT_TRUE(fs::exists(folder / "mine.xls") && fs::exists(folder / "my temptemp.xls"));
   EXPECT_TRUE(fs::exists(folder / "keep.tmp" / "inner"));
-  sweepWorkFolder(folder / "missing");
+  sweepWorkFolder(folder / "missing", DateTime{2030, 1, 1, 0, 0, 0});
 }
 
 TEST_F(SessionLifeTest, SiblingProgramsStartOnceThisOneHasLetGo) {
