@@ -17,8 +17,9 @@ namespace fs = std::filesystem;
 bool isSameFile(const fs::path& one, const fs::path& other) {
   std::error_code error;
   if (fs::equivalent(one, other, error)) return true;
-  // A journal comes and goes.
-  return fs::weakly_canonical(one, error) == fs::weakly_canonical(other, error);
+  // A journal comes and goes. A relative name of which nothing exists stays relative when it is made canonical.
+  return fs::weakly_canonical(fs::absolute(one, error), error) ==
+         fs::weakly_canonical(fs::absolute(other, error), error);
 }
 
 bool isRepository(const Session& session, const fs::path& file) {
