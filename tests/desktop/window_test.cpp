@@ -199,7 +199,7 @@ TEST_F(WindowTest, TheBarLiesOnTheScreenWhateverThePath) {
   View& bar = view("frmAppBar");
   const QRect room = bar.QWidget::screen()->availableGeometry();
   EXPECT_LE(bar.width(), room.width());
-  EXPECT_TRUE(room.contains(bar.geometry())) << bar.x() << " " << bar.width();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return room.contains(bar.geometry()); }, 2000)) << bar.x() << " " << bar.width();
   EXPECT_TRUE(bar.rect().contains(control("frmAppBar", "CmdClose").geometry()));
   bar.move(room.right() - 40, room.bottom() - 10);
   turn.run([this] { app.windows.close("frmAppBar"); });

@@ -93,7 +93,7 @@ class Definitions:
         """Whether a complaint about a statement behind CREATE is one that the exact script brings with it."""
         if re.search(r"constraint \S+ of relation \S+ does not exist|Can't DROP CONSTRAINT", complaint):
             return True  # checks are dropped before they are added, on a first load too
-        invalid = re.search(r"Invalid default value for '(.*)'", complaint)
+        invalid = re.search(r"(?:Invalid default value|Data truncated) for (?:column )?'([^']*)'", complaint)
         return invalid is not None and any(  # a function without "()" is quoted as a text
             field == invalid.group(1) and default.lower() == "current_timestamp"
             for field, _, _, _, default in self.tables[name])
