@@ -29,7 +29,8 @@ std::string lengthFault(const GridText& text, const Spread& grid);
 std::string cellName(std::size_t row, int col, const Spread& grid);
 
 /// Replaces the rows of a loaded grid. A new row takes over the tag of the loaded row that it continues: the one whose
-/// 表示順 it bears, else the one with its field name, else with its Japanese name; each loaded row goes to one new row.
+/// 表示順 it bears (unless the file's orders are of another time), else the one with its field name, else with its
+/// Japanese name; each loaded row goes to one new row.
 void replaceRows(Spread& grid, std::vector<std::vector<std::string>> rows);
 
 }  // namespace quillmarden

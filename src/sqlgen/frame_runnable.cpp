@@ -69,6 +69,7 @@ void collectTable(ScriptRun& run, ScriptKind kind, const std::string& fileHead) 
     script->views.back().head = std::move(text.text);
     return;
   }
+  if (run.detail.readOnly) run.history.barred.insert(run.detail.lblID.caption);
   script->tables.push_back(readScriptTable(generation, kind, script->lookUps));
   script->tables.back().head = std::move(text.text);
 }

@@ -27,6 +27,7 @@ std::string stampSql(std::string_view moment, std::string_view idList) {
 }  // namespace
 
 void stampTable(Session& session, SqlHistory& history, const std::string& id, const DateTime& now) {
+  if (history.barred.contains(id)) return;
   if (waitsForStamp(history, id)) writeSqlHistory(session, history);
   history.waiting.push_back({id, formatDateTime(now, "yyyy/mm/dd hh:nn:00")});
   history.ids.insert(id);
@@ -34,6 +35,7 @@ void stampTable(Session& session, SqlHistory& history, const std::string& id, co
 }
 
 void pPutSqlHistory(Session& session, SqlHistory& history, frmTBDetail& table, const DateTime& now) {
+  if (table.readOnly) return;
   const std::string shown = formatDateTime(now, "yyyy/mm/dd hh:nn");
   if (table.lblFirstSQL.caption.empty()) table.lblFirstSQL.caption = shown;
   table.lblNewSQL.caption = shown;

@@ -18,10 +18,11 @@ struct SqlHistory {
     std::string moment;  ///< "yyyy/mm/dd hh:nn:00"
   };
   std::vector<Stamp> waiting;
-  std::unordered_set<std::string> ids;  ///< of those that wait
+  std::unordered_set<std::string> ids;     ///< of those that wait
+  std::unordered_set<std::string> barred;  ///< of the tables of this run that the session may not change
 };
 
-/// Stamps a table. Writes when enough stamps wait; throws EngineError then.
+/// Stamps a table; one that is barred stays as it is. Writes when enough stamps wait; throws EngineError then.
 void stampTable(Session& session, SqlHistory& history, const std::string& id, const DateTime& now);
 
 /// The same for the table on show, which then shows the new values.
