@@ -9,11 +9,11 @@ import os
 import sys
 import unittest
 
+from catalogues import Definitions, MariaDBCatalogue, PostgreSQLCatalogue
 from servers import MariaDB, PostgreSQL
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), os.pardir, "support"))
 from repositories import KEY, RepositoryCase, default, new_repository  # noqa: E402
-from runnable_test import Definitions, MariaDBCatalogue, PostgreSQLCatalogue  # noqa: E402
 
 # What is added behind the key, and what becomes of it: type, whole digits, further columns.
 FIELDS = {

@@ -68,21 +68,42 @@ TEST(ToolTextTest, TextsHoldNoVariableOfATool) {
   EXPECT_EQ(toolText(ScriptKind::SqlServer, "-- $(x) $y ($)\r\n"), "-- $ (x) $y ($)\r\n");
   EXPECT_EQ(textLiteral(sqlServerDialect(), "$(x)'$$(y"), "N'$' + N'(x)''$$' + N'(y'");
   EXPECT_EQ(textLiteral(postgreSqlDialect(), "$(x)"), "'$(x)'");
-  NameScope names(sqlServerDialect());
+  NameScope names(sqlServerDialect(), NameOf::Table);
   EXPECT_EQ(names.use("1", "a$(x)"), "a_x)");
   EXPECT_EQ(names.use("2", "a_x)"), "a_x)_2");
 }
 
 // MySQL keeps a table in a file of its name; 255 bytes with the ending, five for what is no letter or digit.
 TEST(ToolTextTest, NamesFitTheirFiles) {
-  NameScope files(mySqlDialect(), true);
+  NameScope files(mySqlDialect(), NameOf::Table);
   EXPECT_EQ(files.use("1", repeated("表", 50) + "a"), repeated("表", 50) + "a");
   EXPECT_EQ(files.use("2", repeated("表", 50) + "ab"), repeated("表", 49) + "_2");
   EXPECT_EQ(files.use("3", repeated("表", 64)), repeated("表", 50));
   EXPECT_EQ(files.use("4", repeated("表", 63)), repeated("表", 49) + "_3");
   EXPECT_EQ(files.use("5", repeated("Ａ", 64)), repeated("Ａ", 64));
-  NameScope columns(mySqlDialect());
+  NameScope columns(mySqlDialect(), NameOf::Column);
   EXPECT_EQ(columns.use("1", repeated("表", 64)), repeated("表", 64));
+}
+
+TEST(ToolTextTest, NamesAreToldApartAsTheServerDoes) {
+  NameScope exact(postgreSqlDialect(), NameOf::Column);
+  EXPECT_EQ(exact.use("1", "a"), "a");
+  EXPECT_EQ(exact.use("2", "A"), "A");
+  EXPECT_EQ(exact.use("3", "ctid"), "ctid_2");
+  NameScope caseless(mySqlDialect(), NameOf::Column);
+  EXPECT_EQ(caseless.use("1", "a"), "a");
+  EXPECT_EQ(caseless.use("2", "A"), "A_2");
+  EXPECT_EQ(caseless.use("3", "絵😀\t"), "絵__");
+  EXPECT_EQ(caseless.use("4", "DB_ROW_ID"), "DB_ROW_ID_2");
+  NameScope indexes(mySqlDialect(), NameOf::Index);
+  EXPECT_EQ(indexes.use("1", "Primary"), "Primary_2");
+  EXPECT_EQ(indexes.useOnce(repeated("x", 70)), repeated("x", 64));
+  EXPECT_EQ(indexes.useOnce(repeated("x", 71)), repeated("x", 62) + "_2");
+  EXPECT_EQ(indexes.changes().size(), 3u);
+}
+
+TEST(ToolTextTest, ServersReadEveryByte) {
+  EXPECT_EQ(toolText(ScriptKind::PostgreSql, std::string("-- a\0b\xE8\xA1 表\r\n", 13)), "-- a?b?? 表\r\n");
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,11 +10,10 @@ namespace quillmarden {
 /// The Database kinds that scripts are made for.
 enum class ScriptKind { Oracle, Teradata, SqlServer, MySql, PostgreSql };
 
-struct ScriptColumn;
-struct ScriptTable;
-
-/// What a column's type is to literals, checks and keys.
-enum class TypeClass { Number, Text, Date, Boolean, Binary, Other };
+struct ScriptType;
+struct ScriptValues;
+struct TypeCell;
+enum class ConstantUse;
 
 /// The names of a table as a statement needs them.
 struct TableNames {
@@ -41,11 +40,14 @@ struct Dialect {
 
   std::string_view clustered;  ///< behind PRIMARY KEY
 
-  /// The type with its digits, identity included.
-  std::string (*type)(const ScriptColumn& column);
-  TypeClass (*typeClass)(std::string_view lowerType);
-  /// A computed column behind its name.
-  std::string (*computed)(std::string_view expression);
+  bool knowsTypes;          ///< each type, its values and the server's functions one by one
+  std::size_t mostColumns;  ///< of a table
+
+  ScriptType (*type)(const TypeCell& cell);
+  /// The text as a constant of the type; nothing where the type has no such value.
+  std::optional<std::string> (*constant)(const ScriptType& type, std::string_view text, ConstantUse use);
+  /// A computed column behind its name, of a type where the kind knows types; "" where it has none.
+  std::string (*computed)(std::string_view expression, std::string_view type);
   /// A statement that takes the table away when it is there, and what refers to it.
   std::string (*drop)(const TableNames& table);
   /// Adds the statement that gives a table or a column its comment; `column` is "" for the table. None where comments
@@ -59,13 +61,6 @@ struct Dialect {
 
   bool commentsInCreate() const { return comment == nullptr; }
 };
-
-/// `typeClass` of the kinds whose names of types agree: looks the first word up.
-TypeClass commonTypeClass(std::string_view lowerType);
-
-/// The type's words with digits behind the first, where `takesDigits` names that word; as stored when it has
-/// brackets already.
-std::string typeWithDigits(const ScriptColumn& column, std::initializer_list<std::string_view> takesDigits);
 
 /// `comment` of the kinds that have COMMENT ON.
 void commentOn(const Dialect& dialect, const TableNames& table, std::string_view column, std::string_view text,
@@ -85,5 +80,9 @@ const Dialect& teradataDialect();
 const Dialect& sqlServerDialect();
 const Dialect& mySqlDialect();
 const Dialect& postgreSqlDialect();
+ScriptType mySqlType(const TypeCell& cell);
+ScriptType postgreSqlType(const TypeCell& cell);
+std::optional<std::string> mySqlConstant(const ScriptType& type, std::string_view text, ConstantUse use);
+std::optional<std::string> postgreSqlConstant(const ScriptType& type, std::string_view text, ConstantUse use);
 
 }  // namespace quillmarden

@@ -1,29 +1,11 @@
-#include "common/text.h"
-#include "sqlgen/runnable/literals.h"
-#include "sqlgen/runnable/names.h"
+#include "sqlgen/runnable/types.h"
 
 namespace quillmarden {
 
 namespace {
 
-std::string type(const ScriptColumn& column) {
-  const std::string& lower = column.type->lower;
-  const bool bare = column.wholeDigits <= 0 && column.type->text.find('(') == std::string::npos;
-  // Types that cannot stand without a length or a list.
-  if (bare && (lower == "varchar" || lower == "varbinary")) return column.type->text + "(255)";
-  if (bare && (lower == "enum" || lower == "set")) {
-    if (!column.list) return "varchar(255)";
-    std::string list;
-    for (const std::string& value : column.list->values)
-      list.append(list.empty() ? "" : ",").append(textLiteral(mySqlDialect(), value));
-    return column.type->text + "(" + list + ")";
-  }
-  return typeWithDigits(
-      column, {"char", "varchar", "nchar", "nvarchar", "binary", "varbinary", "decimal", "dec", "numeric", "bit"});
-}
-
-std::string computed(std::string_view expression) {
-  return " decimal(65,10) GENERATED ALWAYS AS (" + std::string(expression) + ") VIRTUAL";
+std::string computed(std::string_view expression, std::string_view type) {
+  return " " + std::string(type) + " GENERATED ALWAYS AS (" + std::string(expression) + ") VIRTUAL";
 }
 
 std::string drop(const TableNames& table) { return "DROP TABLE IF EXISTS " + table.qualified + "\r\n;\r\n"; }
@@ -43,8 +25,10 @@ const Dialect& mySqlDialect() {
                                .defaultBeforeNull = false,
                                .indexNamesInSchema = false,
                                .clustered = "",
-                               .type = type,
-                               .typeClass = commonTypeClass,
+                               .knowsTypes = true,
+                               .mostColumns = 1017,
+                               .type = mySqlType,
+                               .constant = mySqlConstant,
                                .computed = computed,
                                .drop = drop,
                                .comment = nullptr};

@@ -3,22 +3,33 @@
 #include "sqlgen/runnable/literals.h"
 #include "sqlgen/runnable/names.h"
 #include "sqlgen/runnable/tool_text.h"
+#include "sqlgen/runnable/types.h"
+#include "sqlgen/runnable/values.h"
 
 namespace quillmarden {
 
 namespace {
 
-std::string type(const ScriptColumn& column) {
-  const std::string& lower = column.type->lower;
-  if (lower == "interval") return "interval day to second";
-  if (column.wholeDigits <= 0 && column.type->text.find('(') == std::string::npos &&
-      (lower == "varchar2" || lower == "nvarchar2" || lower == "raw"))
-    return column.type->text + "(255)";
-  return typeWithDigits(column, {"number", "varchar2", "nvarchar2", "varchar", "char", "nchar", "raw", "float"});
+ScriptType type(const TypeCell& cell) {
+  ScriptType found =
+      looseType(ScriptKind::Oracle, cell,
+                {"number", "varchar2", "nvarchar2", "varchar", "char", "nchar", "raw", "float"}, "varchar2");
+  if (found.sql == "interval") found.sql = "interval day to second";
+  const bool bare = found.sql.find('(') == std::string::npos;
+  if (bare && (found.base == "varchar2" || found.base == "nvarchar2" || found.base == "raw")) found.sql += "(255)";
+  // A date has a time of day there.
+  if (found.base == "date") found.family = TypeFamily::Moment;
+  return found;
+}
+
+std::optional<std::string> constant(const ScriptType& type, std::string_view text, ConstantUse) {
+  return looseConstant(ScriptKind::Oracle, type, text);
 }
 
 /// In one line: an empty one would end the statement for the command-line tool.
-std::string computed(std::string_view expression) { return " GENERATED ALWAYS AS (" + oneLine(expression) + ")"; }
+std::string computed(std::string_view expression, std::string_view) {
+  return " GENERATED ALWAYS AS (" + oneLine(expression) + ")";
+}
 
 std::string drop(const TableNames& table) {
   return oracleIfThere("DROP TABLE " + table.qualified + " CASCADE CONSTRAINTS");
@@ -61,8 +72,10 @@ const Dialect& oracleDialect() {
                                .defaultBeforeNull = true,
                                .indexNamesInSchema = true,
                                .clustered = "",
+                               .knowsTypes = false,
+                               .mostColumns = 1000,
                                .type = type,
-                               .typeClass = commonTypeClass,
+                               .constant = constant,
                                .computed = computed,
                                .drop = drop,
                                .comment = comment};

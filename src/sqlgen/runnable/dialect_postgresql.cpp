@@ -1,18 +1,12 @@
-#include "common/text.h"
-#include "sqlgen/runnable/literals.h"
 #include "sqlgen/runnable/names.h"
+#include "sqlgen/runnable/types.h"
 
 namespace quillmarden {
 
 namespace {
 
-std::string type(const ScriptColumn& column) {
-  return typeWithDigits(column, {"varchar", "character varying", "char", "character", "bpchar", "numeric", "decimal",
-                                 "bit", "varbit", "bit varying"});
-}
-
-std::string computed(std::string_view expression) {
-  return " numeric GENERATED ALWAYS AS (" + std::string(expression) + ") STORED";
+std::string computed(std::string_view expression, std::string_view type) {
+  return " " + std::string(type) + " GENERATED ALWAYS AS (" + std::string(expression) + ") STORED";
 }
 
 std::string drop(const TableNames& table) { return "DROP TABLE IF EXISTS " + table.qualified + " CASCADE\r\n;\r\n"; }
@@ -37,8 +31,10 @@ const Dialect& postgreSqlDialect() {
                                .defaultBeforeNull = true,
                                .indexNamesInSchema = true,
                                .clustered = "",
-                               .type = type,
-                               .typeClass = commonTypeClass,
+                               .knowsTypes = true,
+                               .mostColumns = 1600,
+                               .type = postgreSqlType,
+                               .constant = postgreSqlConstant,
                                .computed = computed,
                                .drop = drop,
                                .comment = commentOn,

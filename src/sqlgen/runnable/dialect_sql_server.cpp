@@ -1,35 +1,44 @@
 #include "common/text.h"
 #include "sqlgen/runnable/literals.h"
 #include "sqlgen/runnable/names.h"
+#include "sqlgen/runnable/types.h"
+#include "sqlgen/runnable/values.h"
 
 namespace quillmarden {
 
 namespace {
 
-std::string type(const ScriptColumn& column) {
-  if (column.type->text == "@AUTO_NO") return "int identity(1,1)";
-  const std::string& lower = column.type->lower;
-  if (lower.ends_with(" identity")) {
-    const ScriptType numbers{lower.substr(0, lower.size() - 9), lower.substr(0, lower.size() - 9), TypeClass::Number};
-    ScriptColumn base = column;
-    base.type = &numbers;
-    return type(base) + " identity(1,1)";
+constexpr std::string_view kIdentity = " identity";
+
+ScriptType type(const TypeCell& cell) {
+  const std::string lower = toLower(trim(cell.text));
+  if (trim(cell.text) == "@AUTO_NO" || lower.ends_with(kIdentity)) {
+    TypeCell numbers = cell;
+    const std::string base = lower.ends_with(kIdentity) ? lower.substr(0, lower.size() - kIdentity.size()) : "int";
+    numbers.text = base;
+    ScriptType found = type(numbers);
+    found.sql += " identity(1,1)";
+    found.numbersItself = true;
+    return found;
   }
-  const bool text = lower == "varchar" || lower == "nvarchar" || lower == "varbinary";
-  const double longest = lower == "nvarchar" ? 4000 : 8000;
-  if (text && column.type->text.find('(') == std::string::npos &&
-      (column.wholeDigits <= 0 || column.wholeDigits > longest))
-    return lower + "(max)";
-  return typeWithDigits(column, {"char", "varchar", "nchar", "nvarchar", "binary", "varbinary", "decimal", "numeric"});
+  ScriptType found =
+      looseType(ScriptKind::SqlServer, cell,
+                {"char", "varchar", "nchar", "nvarchar", "binary", "varbinary", "decimal", "numeric"}, "nvarchar");
+  const bool varies = found.base == "varchar" || found.base == "nvarchar" || found.base == "varbinary";
+  const double longest = found.base == "nvarchar" ? 4000 : 8000;
+  if (varies && cell.text.find('(') == std::string_view::npos && found.fault.empty() &&
+      (cell.wholeDigits <= 0 || cell.wholeDigits > longest))
+    found.sql = found.base + "(max)";
+  if (found.base == "timestamp") found.family = TypeFamily::Bytes;
+  if (found.base == "bit") found.family = TypeFamily::Boolean;
+  return found;
 }
 
-TypeClass typeClass(std::string_view lowerType) {
-  if (lowerType == "timestamp") return TypeClass::Binary;
-  if (lowerType == "bit") return TypeClass::Boolean;
-  return commonTypeClass(lowerType);
+std::optional<std::string> constant(const ScriptType& type, std::string_view text, ConstantUse) {
+  return looseConstant(ScriptKind::SqlServer, type, text);
 }
 
-std::string computed(std::string_view expression) { return " AS (" + std::string(expression) + ")"; }
+std::string computed(std::string_view expression, std::string_view) { return " AS (" + std::string(expression) + ")"; }
 
 std::string drop(const TableNames& table) {
   const Dialect& dialect = sqlServerDialect();
@@ -82,8 +91,10 @@ const Dialect& sqlServerDialect() {
                                .defaultBeforeNull = false,
                                .indexNamesInSchema = false,
                                .clustered = " CLUSTERED",
+                               .knowsTypes = false,
+                               .mostColumns = 1024,
                                .type = type,
-                               .typeClass = typeClass,
+                               .constant = constant,
                                .computed = computed,
                                .drop = drop,
                                .comment = comment,

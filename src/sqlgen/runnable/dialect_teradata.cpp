@@ -1,22 +1,28 @@
 #include "common/text.h"
 #include "sqlgen/runnable/literals.h"
 #include "sqlgen/runnable/names.h"
+#include "sqlgen/runnable/types.h"
+#include "sqlgen/runnable/values.h"
 
 namespace quillmarden {
 
 namespace {
 
-std::string type(const ScriptColumn& column) {
-  const std::string& lower = column.type->lower;
-  if (lower == "timestamp") return "timestamp(0)";
-  ScriptColumn sized = column;
-  if (lower == "varchar" && column.wholeDigits <= 0) sized.wholeDigits = 255;
-  const std::string text = typeWithDigits(sized, {"char", "varchar", "decimal", "numeric", "byte", "varbyte"});
-  const bool character = lower == "char" || lower == "varchar";
-  return character ? text + " CHARACTER SET UNICODE NOT CASESPECIFIC" : text;
+ScriptType type(const TypeCell& cell) {
+  TypeCell sized = cell;
+  if (toLower(trim(cell.text)) == "varchar" && cell.wholeDigits <= 0) sized.wholeDigits = 255;
+  ScriptType found =
+      looseType(ScriptKind::Teradata, sized, {"char", "varchar", "decimal", "numeric", "byte", "varbyte"}, "varchar");
+  if (found.base == "timestamp") found.sql = "timestamp(0)";
+  if (found.base == "char" || found.base == "varchar") found.sql += " CHARACTER SET UNICODE NOT CASESPECIFIC";
+  return found;
 }
 
-std::string computed(std::string_view) { return {}; }
+std::optional<std::string> constant(const ScriptType& type, std::string_view text, ConstantUse) {
+  return looseConstant(ScriptKind::Teradata, type, text);
+}
+
+std::string computed(std::string_view, std::string_view) { return {}; }
 
 /// The tool's own way to say "if it is there": error 3807 is no fault for the length of this statement.
 /// What refers to the table loses its key with it.
@@ -40,8 +46,10 @@ const Dialect& teradataDialect() {
                                .defaultBeforeNull = true,
                                .indexNamesInSchema = false,
                                .clustered = "",
+                               .knowsTypes = false,
+                               .mostColumns = 2048,
                                .type = type,
-                               .typeClass = commonTypeClass,
+                               .constant = constant,
                                .computed = computed,
                                .drop = drop,
                                .comment = commentOn};

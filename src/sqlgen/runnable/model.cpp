@@ -1,13 +1,18 @@
 #include "sqlgen/runnable/model.h"
 
 #include <algorithm>
+#include <cstdint>
 
+#include "common/numbers.h"
 #include "common/text.h"
 #include "engine/sql_text.h"
 #include "sqlgen/clauses.h"
 #include "sqlgen/fields.h"
 #include "sqlgen/fk_clause.h"
 #include "sqlgen/oracle_clauses.h"
+#include "sqlgen/runnable/mysql_limits.h"
+#include "sqlgen/runnable/oracle_storage.h"
+#include "sqlgen/runnable/script.h"
 
 namespace quillmarden {
 
@@ -33,33 +38,49 @@ const ScriptValues& valueList(const Generation& generation, std::string_view nam
   return cache.lists.emplace(name, std::move(entry)).first->second;
 }
 
-const ScriptType& typeOf(ScriptKind kind, std::string_view text, ScriptLookUps& cache) {
-  const auto known = cache.types.find(text);
-  if (known != cache.types.end()) return known->second;
-  return cache.types.emplace(text, scriptType(kind, text)).first->second;
-}
-
 ScriptColumn columnOf(const Generation& generation, ScriptKind kind, const Field& field, ScriptLookUps& lookUps) {
   ScriptColumn column;
   column.name = field.name;
-  column.type = &typeOf(kind, field.type, lookUps);
-  column.wholeDigits = numberIn(field.wholeDigits);
-  column.fractionDigits = numberIn(field.fractionDigits);
   column.key = field.key;
   column.notNull = field.key || equalsNoCase(trim(field.null), "NOT NULL");
   column.computed = field.computed();
   column.defaultText = trim(field.defaultText);
   column.remark = field.remark;
-  if (!field.valueList.empty()) {
-    const ScriptValues& list = valueList(generation, field.valueList, lookUps);
-    if (!list.values.empty()) column.list = &list;
-  }
+  if (!field.valueList.empty()) column.list = &valueList(generation, field.valueList, lookUps);
   if (field.hasRange()) {
     column.rangeKind = field.rangeKind;
     column.rangeStart = field.rangeStart;
     column.rangeEnd = field.rangeEnd;
   }
+  column.type =
+      &typeOf(kind, {field.type, numberIn(field.wholeDigits), numberIn(field.fractionDigits), column.list}, lookUps);
   return column;
+}
+
+bool isComputed(std::string_view type) {
+  Field field;
+  field.type = trim(type);
+  return field.computed();
+}
+
+/// Leaves out what comes again under the same name, and what a table has no room for.
+void dropDoubleColumns(ScriptTable& table, std::size_t most) {
+  std::vector<std::string_view> names;
+  for (const ScriptColumn& column : table.columns) names.push_back(column.name);
+  std::sort(names.begin(), names.end());
+  if (names.size() <= most && std::adjacent_find(names.begin(), names.end()) == names.end()) return;
+  std::vector<ScriptColumn> kept;
+  for (const ScriptColumn& column : table.columns) {
+    const bool again =
+        std::any_of(kept.begin(), kept.end(), [&](const auto& other) { return other.name == column.name; });
+    if (!again && kept.size() < most) {
+      kept.push_back(column);
+      continue;
+    }
+    table.remarks.emplace_back(again ? "同じ名称の項目があるため作成しません" : "項目が多すぎるため作成できません",
+                               table.name + "." + std::string(column.name));
+  }
+  table.columns = std::move(kept);
 }
 
 constexpr std::string_view ScriptColumn::*kColumnTexts[] = {&ScriptColumn::name,       &ScriptColumn::defaultText,
@@ -97,17 +118,15 @@ std::string ownerOf(ScriptKind kind, const Recordset& row) {
   return std::string(row.text(kind == ScriptKind::SqlServer ? kSpace : kUser));
 }
 
-/// Adds a pair of fields to the keys of a table. Two fields that refer to one and the same field are two keys.
+/// Adds a pair of fields to those of a table that refer to the same one.
 void addPair(const Generation& generation, ScriptKind kind, const Recordset& row,
              std::vector<ScriptForeign>& foreigns) {
   const std::string_view own = trim(row.text(kOwn));
   const std::string_view referred = trim(row.text(kReferred));
   if (own.empty() || referred.empty()) return;
   const std::string_view id = row.text(kReferredId);
-  auto open = std::find_if(foreigns.begin(), foreigns.end(), [&](const ScriptForeign& foreign) {
-    return foreign.referredId == id &&
-           std::find(foreign.referred.begin(), foreign.referred.end(), referred) == foreign.referred.end();
-  });
+  auto open = std::find_if(foreigns.begin(), foreigns.end(),
+                           [&](const ScriptForeign& foreign) { return foreign.referredId == id; });
   if (open == foreigns.end()) {
     ScriptForeign foreign;
     foreign.referredId = id;
@@ -117,8 +136,7 @@ void addPair(const Generation& generation, ScriptKind kind, const Recordset& row
     if (!equalsNoCase(row.text(kSystem), generation.system.name)) foreign.referredOwner = ownerOf(kind, row);
     open = foreigns.insert(foreigns.end(), std::move(foreign));
   }
-  open->own.emplace_back(own);
-  open->referred.emplace_back(referred);
+  open->pairs.push_back({std::string(own), std::string(referred)});
 }
 
 /// Reads the keys of the table on show or, for a run over many tables, those of the whole System.
@@ -175,7 +193,7 @@ ScriptTable readScriptTable(const Generation& generation, ScriptKind kind, Scrip
   const frmTBDetail& shown = generation.table;
   ScriptTable table;
   table.id = shown.lblID.caption;
-  table.name = shown.txtTableNameENG.text;
+  table.name = trim(shown.txtTableNameENG.text);
   table.shortName = trim(shown.lblRyaku.caption);
   if (table.shortName.empty()) table.shortName = table.id;
   table.memo = trim(shown.TxtMemo.text);
@@ -183,6 +201,8 @@ ScriptTable readScriptTable(const Generation& generation, ScriptKind kind, Scrip
   table.columns.reserve(fields.size());
   for (const Field& field : fields) table.columns.push_back(columnOf(generation, kind, field, lookUps));
   keepTexts(table);
+  dropDoubleColumns(table, dialectOf(kind).mostColumns);
+  if (kind == ScriptKind::MySql) fitMySqlColumns(table, lookUps);
   table.indexes = indexesOf(generation, lookUps);
   if (hasForeignKeys(fields)) table.foreigns = foreignsOf(generation, kind, lookUps);
   table.partition = trim(shown.txtPartitionRead.text);
@@ -191,16 +211,16 @@ ScriptTable readScriptTable(const Generation& generation, ScriptKind kind, Scrip
   // The figure of the first extent is free there, and tells whether the table is a set.
   table.isSet = kind == ScriptKind::Teradata && numberIn(shown.lblNum[0].caption) == 1;
   if (kind == ScriptKind::Oracle && !table.temporary && storageDue(generation))
-    table.storage = pGetStorageClause(generation);
+    table.storage = oracleStorage(generation);
   return table;
 }
 
 ScriptView readScriptView(const Generation& generation) {
   constexpr std::string_view kMark = "V_";
-  const std::string& name = generation.table.txtTableNameENG.text;
+  const std::string_view name = trim(generation.table.txtTableNameENG.text);
   const std::string upper = toUpper(name);
   ScriptView view;
-  view.name = upper.starts_with(kMark) ? name : std::string(kMark) + name;
+  view.name = upper.starts_with(kMark) ? name : std::string(kMark).append(name);
   view.table = upper.starts_with(kMark) ? name.substr(kMark.size()) : name;
   const bool ownGrid = upper.find(kMark) != std::string::npos;
   const Spread& grid = generation.table.Spread;
@@ -214,16 +234,40 @@ ScriptView readScriptView(const Generation& generation) {
   return view;
 }
 
-std::vector<std::vector<std::string>> uniqueFieldLists(Database& database, std::string_view tableId) {
-  std::vector<std::vector<std::string>> lists(1);
-  Recordset keys = database.openRecordset("SELECT 項目名 FROM MAS_TABLEDETAILES WHERE ID = " + std::string(tableId) +
-                                          " AND KEY = -1 ORDER BY 表示順");
-  for (; !keys.eof(); keys.moveNext()) lists.front().emplace_back(trim(keys.text(0)));
-  for (const TableIndex& index : gGetIndexList(database, tableId)) {
-    if (!index.unique()) continue;
-    lists.push_back(index.fieldNames());
+const ScriptType& typeOf(ScriptKind kind, const TypeCell& cell, ScriptLookUps& lookUps) {
+  std::string key(cell.text);
+  if (cell.wholeDigits != 0 || cell.fractionDigits != 0)
+    key.append("\n").append(plainNumber(cell.wholeDigits)).append("\n").append(plainNumber(cell.fractionDigits));
+  if (cell.list) key.append("\n").append(std::to_string(reinterpret_cast<std::uintptr_t>(cell.list)));
+  const auto known = lookUps.types.find(key);
+  if (known != lookUps.types.end()) return known->second;
+  return lookUps.types.emplace(std::move(key), scriptType(kind, cell)).first->second;
+}
+
+std::optional<ScriptTable> readReferredTable(Database& database, ScriptKind kind, std::string_view tableId,
+                                             ScriptLookUps& lookUps) {
+  const std::string id(tableId);
+  const Recordset head =
+      database.openRecordset("SELECT テーブル名, ファイル種別, 分類, 削除フラグ FROM MAS_TABLEINFO WHERE ID = " + id);
+  if (head.eof() || head.integer(3) != 0 || scriptKindOf(head.text(1)) != kind || head.text(2) == "VIEW")
+    return std::nullopt;
+  ScriptTable table;
+  table.id = id;
+  table.name = trim(head.text(0));
+  Recordset rows = database.openRecordset(
+      "SELECT 項目名, 型, 整数桁数, 少数桁数, KEY FROM MAS_TABLEDETAILES WHERE ID = " + id + " ORDER BY 表示順, ROWNO");
+  for (; !rows.eof() && !trim(rows.text(0)).empty(); rows.moveNext()) {
+    ScriptColumn column;
+    column.name = trim(rows.text(0));
+    column.computed = isComputed(rows.text(1));
+    column.type = &typeOf(kind, {trim(rows.text(1)), rows.number(2), rows.number(3), nullptr}, lookUps);
+    column.key = rows.integer(4) != 0;
+    table.columns.push_back(column);
   }
-  return lists;
+  keepTexts(table);
+  if (table.columns.empty()) return std::nullopt;
+  table.indexes = gGetIndexList(database, id);
+  return table;
 }
 
 }  // namespace quillmarden

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,16 +12,9 @@
 #include "relations/index.h"
 #include "sqlgen/generation.h"
 #include "sqlgen/runnable/dialect.h"
+#include "sqlgen/runnable/types.h"
 
 namespace quillmarden {
-
-/// A type as it is stored, with what every statement asks about it.
-struct ScriptType {
-  std::string text;   ///< without blanks around it
-  std::string lower;  ///< in lower case, without digits
-  TypeClass typeClass = TypeClass::Other;
-};
-ScriptType scriptType(ScriptKind kind, std::string_view text);
 
 /// The values of a list, blank ones left out.
 struct ScriptValues {
@@ -32,14 +26,12 @@ struct ScriptValues {
 struct ScriptColumn {
   std::string_view name;
   const ScriptType* type = nullptr;
-  double wholeDigits = 0;
-  double fractionDigits = 0;
   bool key = false;
   bool notNull = false;
   bool computed = false;  ///< the remark is the expression
   std::string_view defaultText;
   std::string_view remark;
-  const ScriptValues* list = nullptr;  ///< nullptr without a value list, and for one without values
+  const ScriptValues* list = nullptr;  ///< nullptr without a value list
   std::string_view rangeKind;
   std::string_view rangeStart;
   std::string_view rangeEnd;
@@ -47,14 +39,18 @@ struct ScriptColumn {
   bool checked() const { return list || !rangeKind.empty(); }
 };
 
-/// The fields of one table that refer to one other table, in the order of the referred fields.
+/// The fields of one table that refer to one other table, in the order of the referred fields. They may be more keys
+/// than one.
 struct ScriptForeign {
+  struct Pair {
+    std::string own;
+    std::string referred;
+  };
   std::string referredId;
   std::string referredTable;
   std::string referredShortName;
   std::string referredOwner;  ///< schema of another System, "" for the own
-  std::vector<std::string> own;
-  std::vector<std::string> referred;
+  std::vector<Pair> pairs;
 };
 
 /// A table with all that its statements need.
@@ -71,8 +67,9 @@ struct ScriptTable {
   std::string partition;  ///< fields of PARTITION BY RANGE
   bool brin = false;
   bool temporary = false;
-  bool isSet = false;   ///< of Teradata: takes no row twice
-  std::string storage;  ///< of Oracle: clauses behind the closing bracket
+  bool isSet = false;                                             ///< of Teradata: takes no row twice
+  std::string storage;                                            ///< of Oracle: clauses behind the closing bracket
+  std::vector<std::pair<std::string_view, std::string>> remarks;  ///< what was left out already, and of what
 
   const ScriptColumn* column(std::string_view name) const;
   std::vector<std::string> keyFields() const;
@@ -97,7 +94,7 @@ struct ScriptLookUps {
   using ByText = std::unordered_map<std::string, Value, TextHash, std::equal_to<>>;
 
   ByText<ScriptValues> lists;  ///< by name
-  ByText<ScriptType> types;    ///< by their text as stored
+  ByText<ScriptType> types;    ///< by their text as stored, with digits and list
   /// Set for a run over many tables: keys and indexes of the whole System are then read in one go.
   bool manyTables = false;
   bool foreignsRead = false;
@@ -112,7 +109,12 @@ ScriptTable readScriptTable(const Generation& generation, ScriptKind kind, Scrip
 /// Reads the table on show as a view: a name with "V_" is the view's own, any other that of its table.
 ScriptView readScriptView(const Generation& generation);
 
-/// The key and unique columns of a table that is not in the run: each a list of field names.
-std::vector<std::vector<std::string>> uniqueFieldLists(Database& database, std::string_view tableId);
+/// A table that the run does not hold, as keys that refer to it need it: columns, key, unique indexes. Nothing for one
+/// that a script of the kind would not make either.
+std::optional<ScriptTable> readReferredTable(Database& database, ScriptKind kind, std::string_view tableId,
+                                             ScriptLookUps& lookUps);
+
+/// The type of a cell, each read once.
+const ScriptType& typeOf(ScriptKind kind, const TypeCell& cell, ScriptLookUps& lookUps);
 
 }  // namespace quillmarden

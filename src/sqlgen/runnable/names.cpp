@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <utility>
 
 #include "common/text.h"
@@ -47,19 +48,50 @@ std::size_t bytesInFile(const Utf8Step& step) {
 /// 255 bytes with the file's ending, such as ".frm".
 constexpr std::size_t kLongestFile = 251;
 
-/// Oracle has no way to write its quote inside a name, nor SQL Server what its tool acts on.
-std::string_view untakable(const Dialect& dialect) {
-  if (dialect.kind == ScriptKind::Oracle) return dialect.close;
-  return dialect.kind == ScriptKind::SqlServer ? kToolVariable : std::string_view();
+/// Whether a name of the kind can have the character: not Oracle its quote, nor MySQL what is beyond the basic plane.
+bool takesCharacter(const Dialect& dialect, const Utf8Step& step) {
+  constexpr char32_t kDelete = 0x7F, kBasicPlane = 0xFFFF;
+  if (!step.valid || step.character < ' ' || step.character == kDelete) return false;
+  if (dialect.kind == ScriptKind::Oracle) return step.character != '"';
+  return dialect.kind != ScriptKind::MySql || step.character <= kBasicPlane;
+}
+
+/// A table of this name would be taken for one of an older server.
+constexpr std::string_view kOldFile = "#mysql50#";
+
+std::string takable(const Dialect& dialect, std::string_view name) {
+  std::string taken;
+  for (std::size_t at = 0; at < name.size();) {
+    const Utf8Step step = utf8At(name, at);
+    if (takesCharacter(dialect, step)) {
+      taken += name.substr(at, step.size);
+    } else {
+      taken += '_';
+    }
+    at += step.size;
+  }
+  if (dialect.kind == ScriptKind::SqlServer) taken = gReplaceAll(taken, kToolVariable, "_");
+  if (dialect.kind == ScriptKind::MySql && taken.starts_with(kOldFile)) taken[0] = '_';
+  return taken.empty() ? "_" : taken;
 }
 
 bool takes(const Dialect& dialect, std::string_view name) {
-  const std::string_view sign = untakable(dialect);
-  return sign.empty() || name.find(sign) == std::string_view::npos;
+  // Letters and digits are nearly all names.
+  const auto isUsual = [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
+  };
+  return (!name.empty() && std::all_of(name.begin(), name.end(), isUsual)) || takable(dialect, name) == name;
 }
 
-std::string takable(const Dialect& dialect, std::string_view name) {
-  return takes(dialect, name) ? std::string(name) : gReplaceAll(name, untakable(dialect), "_");
+/// What a server has by itself where names of this kind stand, in lower case.
+std::span<const std::string_view> serverNames(const Dialect& dialect, NameOf what) {
+  static constexpr std::string_view kPostgreSqlColumns[] = {"tableoid", "xmin", "cmin", "xmax", "cmax", "ctid"};
+  static constexpr std::string_view kMySqlColumns[] = {"db_row_id", "db_trx_id", "db_roll_ptr", "fts_doc_id"};
+  static constexpr std::string_view kMySqlIndexes[] = {"primary", "gen_clust_index", "fts_doc_id_index"};
+  if (dialect.kind == ScriptKind::PostgreSql && what == NameOf::Column) return kPostgreSqlColumns;
+  if (dialect.kind != ScriptKind::MySql) return {};
+  if (what == NameOf::Column) return kMySqlColumns;
+  return what == NameOf::Index ? std::span<const std::string_view>(kMySqlIndexes) : std::span<const std::string_view>();
 }
 
 bool isPlain(const Dialect& dialect, std::string_view name) {
@@ -80,10 +112,10 @@ void appendName(const Dialect& dialect, std::string_view name, std::string& scri
     return;
   }
   script += dialect.open;
-  if (takes(dialect, name) && name.find(dialect.close) == std::string_view::npos) {
+  if (name.find(dialect.close) == std::string_view::npos) {
     script += name;
   } else {
-    script += gReplaceAll(takable(dialect, name), dialect.close, std::string(dialect.close).append(dialect.close));
+    script += gReplaceAll(name, dialect.close, std::string(dialect.close).append(dialect.close));
   }
   script += dialect.close;
 }
@@ -97,35 +129,62 @@ std::string quotedName(const Dialect& dialect, std::string_view name) {
 std::string serverName(const Dialect& dialect, std::string_view name) {
   Dialect anyCase = dialect;
   anyCase.bareCase = Dialect::BareCase::Kept;
-  return quotedName(anyCase, name);
+  const std::string taken = takable(dialect, name);
+  if (!isPlain(anyCase, taken)) return quotedName(dialect, taken);
+  if (!isReservedWord(dialect.kind, taken) && taken[0] != '_') return taken;
+  // In quotes it has to have the case itself.
+  if (dialect.bareCase == Dialect::BareCase::Kept) return quotedName(dialect, taken);
+  return quotedName(dialect, dialect.bareCase == Dialect::BareCase::Upper ? toUpper(taken) : toLower(taken));
 }
 
-bool fits(const Dialect& dialect, std::string_view name) {
+bool fits(const Dialect& dialect, NameOf what, std::string_view name) {
   if (!takes(dialect, name)) return false;
+  const auto own = serverNames(dialect, what);
+  if (!own.empty() && std::find(own.begin(), own.end(), foldedName(dialect, name)) != own.end()) return false;
   // Characters are never more than bytes: nearly all names are known to fit without counting.
   return name.size() <= dialect.nameLimit ||
          beginning(name, dialect.nameLimit, dialect.limitInBytes ? bytes : oneEach).size() == name.size();
 }
 
+std::string foldedName(const Dialect& dialect, std::string_view name) {
+  const bool exact = dialect.kind == ScriptKind::PostgreSql || dialect.kind == ScriptKind::Oracle;
+  return exact ? std::string(name) : toLower(name);
+}
+
 std::string_view firstCharacters(std::string_view text, std::size_t most) { return beginning(text, most, oneEach); }
+
+NameScope::NameScope(const Dialect& dialect, NameOf what) : dialect_(dialect), what_(what) {
+  for (const std::string_view name : serverNames(dialect, what)) taken_.emplace(name);
+}
 
 std::string NameScope::cut(std::string_view name, std::size_t tail) const {
   name = beginning(name, dialect_.nameLimit - tail, dialect_.limitInBytes ? bytes : oneEach);
-  if (files_) name = beginning(name, kLongestFile - tail, bytesInFile);
+  // MySQL keeps a table in a file of its name, and takes no blank at a name's end.
+  if (dialect_.kind == ScriptKind::MySql) {
+    if (what_ == NameOf::Table) name = beginning(name, kLongestFile - tail, bytesInFile);
+    name = name.substr(0, name.find_last_not_of(' ') + 1);
+  }
   return std::string(name);
+}
+
+std::string NameScope::useOnce(std::string_view name) {
+  const std::string wanted = takable(dialect_, name);
+  std::string chosen = cut(wanted, 0);
+  if (!taken_.insert(foldedName(dialect_, chosen)).second) {
+    int& number = numbers_.try_emplace(foldedName(dialect_, chosen), 1).first->second;
+    do {
+      const std::string tail = "_" + std::to_string(++number);
+      chosen = cut(wanted, tail.size()) + tail;
+    } while (!taken_.insert(foldedName(dialect_, chosen)).second);
+  }
+  if (chosen != name) changes_.push_back(std::string(name) + " -> " + chosen);
+  return chosen;
 }
 
 const std::string& NameScope::use(std::string_view key, std::string_view name) {
   const auto known = given_.find(std::string(key));
   if (known != given_.end()) return known->second;
-  const std::string wanted = takable(dialect_, name);
-  std::string chosen = cut(wanted, 0);
-  for (int number = 2; !taken_.insert(toLower(chosen)).second; ++number) {
-    const std::string tail = "_" + std::to_string(number);
-    chosen = cut(wanted, tail.size()) + tail;
-  }
-  if (chosen != name) changes_.push_back(std::string(name) + " -> " + chosen);
-  return given_.emplace(key, std::move(chosen)).first->second;
+  return given_.emplace(key, useOnce(name)).first->second;
 }
 
 }  // namespace quillmarden

@@ -56,6 +56,13 @@ void putSchema(Writing& writing, const ScriptSink& sink) {
   if (!text.text.empty()) sink("", std::move(text));
 }
 
+/// The server names the sequence of a column that numbers itself: no table or index may have that name.
+void reserveSequences(Writing& writing, const ScriptTable& table, const std::string& name) {
+  for (const ScriptColumn& column : table.columns)
+    if (!column.computed && column.type->numbersItself)
+      writing.tables.reserve(name + "_" + std::string(columnName(writing, table.id, column.name)) + "_seq");
+}
+
 /// Copies of the tables as they are now, where they are there.
 void putBackups(Writing& writing, const ScriptSink& sink) {
   if (writing.options.backup.empty() || writing.dialect.kind != ScriptKind::Oracle) return;
@@ -81,45 +88,12 @@ void putDrops(Writing& writing, const ScriptSink& sink) {
   sink("", std::move(text));
 }
 
-// --- views
-
-std::string_view viewWords(ScriptKind kind) {
-  if (kind == ScriptKind::SqlServer) return "CREATE OR ALTER VIEW ";
-  return kind == ScriptKind::Teradata ? "REPLACE VIEW " : "CREATE OR REPLACE VIEW ";
-}
-
-void putView(Writing& writing, const ScriptView& view, const ScriptSink& sink) {
-  const Dialect& dialect = writing.dialect;
-  const std::vector<ScriptTable>& tables = writing.script.tables;
-  const auto table = std::find_if(tables.begin(), tables.end(),
-                                  [&](const ScriptTable& other) { return equalsNoCase(other.name, view.table); });
-  // The server's own tables are not defined here: their names take the server's case.
-  const bool defined = table != tables.end();
-  const auto columnOf = [&](std::string_view name) {
-    return defined ? quotedColumn(writing, table->id, name) : serverName(dialect, name);
-  };
-  ScriptText text;
-  text.text = view.head;
-  if (view.items.empty()) {
-    putRemark(text, "項目がないため作成できません", view.name);
-    sink(view.name, std::move(text));
-    return;
-  }
-  text.print(viewWords(dialect.kind), namesOf(writing, "view " + view.name, view.name).qualified, " AS");
-  for (const auto& [source, alias] : view.items) {
-    const std::string as = alias.empty() ? "" : " AS " + quotedName(dialect, alias);
-    text.print(&source == &view.items.front().first ? "SELECT\ta." : "\t,a.", columnOf(source), as);
-  }
-  text.print("FROM ", defined ? namesOf(writing, *table).qualified : serverName(dialect, view.table), " a");
-  text.print(dialect.end);
-  sink(view.name, std::move(text));
-}
-
 void putNameChanges(const Writing& writing, const ScriptSink& sink) {
   ScriptText text;
   const auto put = [&](const NameScope& scope) {
     for (const std::string& change : scope.changes()) putRemark(text, "名称を変更しました", change);
   };
+  put(writing.schemas);
   put(writing.tables);
   put(writing.constraints);
   for (const auto& [id, scope] : writing.indexes) put(scope);
@@ -148,21 +122,24 @@ void putRunnableScript(const RunnableScript& script, const SystemRecord& system,
   Writing writing{script, system, database, options, dialectOf(script.kind)};
   for (const ScriptTable& table : script.tables) writing.byId.emplace(table.id, &table);
   for (const ScriptTable& table : script.tables) {  // tables choose before what hangs on them
-    namesOf(writing, table);
-    nameLongColumns(writing, table);
+    const TableNames& names = namesOf(writing, table);
+    nameColumns(writing, table);
+    if (script.kind == ScriptKind::PostgreSql) reserveSequences(writing, table, names.name);
   }
   noteReferred(writing);
   putSchema(writing, sink);
   putBackups(writing, sink);
   putDrops(writing, sink);
   for (const ScriptTable& table : script.tables) putTable(writing, table, sink);
+  putIndexSpace(writing, true, sink);
   for (const ScriptTable& table : script.tables) putIndexes(writing, table, true, sink);
   if (options.foreignKeys)
     for (const ScriptTable& table : script.tables) putForeignKeys(writing, table, sink);
   for (const ScriptTable& table : script.tables) putIndexes(writing, table, false, sink);
+  putIndexSpace(writing, false, sink);
   if (options.comments && !writing.dialect.commentsInCreate())
     for (const ScriptTable& table : script.tables) putComments(writing, table, sink);
-  for (const ScriptView& view : script.views) putView(writing, view, sink);
+  putViews(writing, sink);
   putNameChanges(writing, sink);
 }
 

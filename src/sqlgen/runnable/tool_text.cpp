@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "common/text.h"
+#include "common/utf8.h"
 
 namespace quillmarden {
 
@@ -125,6 +126,21 @@ std::string_view firstLines(ScriptKind kind, bool utf8) {
               : "SET client_encoding = 'SJIS'\r\n;\r\nSET standard_conforming_strings = on\r\n;\r\n";
 }
 
+/// Puts a "?" for each byte that no server reads: what is no UTF-8, and the zero that ends a text for a client. Other
+/// tools may have stored them.
+void putReadable(std::string& text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t plain = asciiRun(text, at);
+    for (char* c = text.data() + at; c < text.data() + at + plain; ++c)
+      if (*c == '\0') *c = '?';
+    at += plain;
+    if (at == text.size()) break;
+    const Utf8Step step = utf8At(text, at);
+    if (!step.valid) text[at] = '?';
+    at += step.size;
+  }
+}
+
 /// Whether any line is too long.
 bool hasLongLine(std::string_view text) {
   while (text.size() > kLongestOracleLine) {
@@ -138,6 +154,7 @@ bool hasLongLine(std::string_view text) {
 }  // namespace
 
 std::string toolText(ScriptKind kind, std::string text) {
+  putReadable(text);
   if (kind == ScriptKind::Oracle && hasLongLine(text)) return inShortLines(text);
   // The tool of SQL Server asks for the value of a name in these brackets. Literals have them apart already.
   if (kind == ScriptKind::SqlServer && text.find("$(") != std::string::npos) return gReplaceAll(text, "$(", "$ (");
