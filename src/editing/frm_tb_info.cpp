@@ -150,8 +150,9 @@ bool hasFieldRows(Database& database, const std::string& id) {
 }  // namespace
 
 bool kindMustStay(Session& session, Host& host, frmTBInfo& screen) {
-  if (screen.loading || screen.lblID.caption.empty() || screen.CmbFileType.text == screen.loadedFileType) return false;
-  if (!hasFieldRows(*session.gDB, screen.lblID.caption)) return false;
+  const std::string& id = screen.copyOf.empty() ? screen.lblID.caption : screen.copyOf;
+  if (screen.loading || id.empty() || screen.CmbFileType.text == screen.loadedFileType) return false;
+  if (!hasFieldRows(*session.gDB, id)) return false;
   screen.CmbFileType.text = screen.loadedFileType;
   gMsgBox(host,
           joinLines({"作成先のデータベース名が変更されました.", "テーブルの詳細情報があります.",

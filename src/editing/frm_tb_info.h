@@ -61,6 +61,7 @@ struct frmTBInfo {
   ComboBox CmbMoveSystem;  ///< the System that the table is to move to
   Button cmdMoveSystem;
   // --- kept from the load
+  std::string copyOf;  ///< the table whose fields go along with the first save; "" for none
   bool loading = false;
   std::string loadedJPN;  ///< with it a change of the name is seen
   std::string loadedTableName;

@@ -3,10 +3,10 @@
 #include <tuple>
 
 #include "common/message.h"
+#include "common/numbers.h"
 #include "common/text.h"
 #include "editing/detail_parts.h"
 #include "editing/tb_info_parts.h"
-#include "engine/sql_text.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -27,12 +27,6 @@ bool holdsAny(std::string_view text, std::string_view signs) {
 }
 
 bool blank(const std::string& text) { return trim(text).empty(); }
-
-/// What is wrong on the screen, and where; a blank text for nothing.
-struct HeaderFault {
-  std::string text;
-  std::string_view control;
-};
 
 /// A box that must be filled, and what is said of a blank one.
 struct RequiredBox {
@@ -90,22 +84,11 @@ HeaderFault badDate(const frmTBInfo& screen, std::string_view made, std::string_
   return {};
 }
 
-/// Whether another live table of the System has one of the names.
 HeaderFault nameInUse(Session& session, const frmTBInfo& screen) {
-  const std::string japanese(trim(screen.TxtJPN.text));
-  const std::string name = storedTableName(session, screen.TxtTableName.text);
-  const std::string id = screen.lblID.caption.empty() ? "0" : screen.lblID.caption;
-  const std::string sql =
-      "SELECT inf.テーブル名, inf.日本語名 FROM MAS_TABLEINFO AS inf  WHERE inf.削除フラグ = 0 And (inf.日本語名 =" +
-      sqlText(japanese) + "     OR inf.テーブル名 =" + sqlText(name) + ")   AND inf.ID <> " + id +
-      "  AND inf.システム名 = " + sqlText(screen.lblSystemName.caption);
-  bool sameJapanese = false;
-  for (Recordset rows = session.gDB->openRecordset(sql); !rows.eof(); rows.moveNext()) {
-    if (equalsNoCase(trim(rows.text(0)), name)) return {"テーブル名が他で使用されています.", "TxtTableName"};
-    sameJapanese = true;
-  }
-  if (sameJapanese) return {"日本語名が他で使用されています.", "TxtJPN"};
-  return {};
+  const TableNames names{storedTableName(session, screen.TxtTableName.text), std::string(trim(screen.TxtJPN.text)),
+                         storedRyaku(session, screen.TxtRyaku.text)};
+  return namesInUse(*session.gDB, screen.lblSystemName.caption, names,
+                    static_cast<std::int64_t>(gVal(screen.lblID.caption)));
 }
 
 bool tell(Host& host, frmTBInfo& screen, const HeaderFault& fault) {
@@ -125,11 +108,21 @@ bool check(Session& session, Host& host, frmTBInfo& screen) {
 
 }  // namespace
 
-std::vector<std::string_view> missingBoxes(const frmTBInfo& screen) {
-  std::vector<std::string_view> names;
-  for (const RequiredBox& box : requiredBoxes(screen))
-    if (blank(*box.text)) names.push_back(box.control);
-  return names;
+HeaderFault namesInUse(Database& database, std::string_view system, const TableNames& names, std::int64_t id) {
+  const std::string sql =
+      "SELECT inf.テーブル名, inf.日本語名 FROM MAS_TABLEINFO AS inf  WHERE inf.削除フラグ = 0 And (inf.日本語名 = "
+      "paraJapanese     OR inf.テーブル名 = paraName)   AND inf.ID <> paraId  AND inf.システム名 = paraSystem";
+  bool sameJapanese = false;
+  for (Recordset rows = database.openRecordset(sql, {{"paraJapanese", names.japanese},
+                                                     {"paraName", names.name},
+                                                     {"paraId", id},
+                                                     {"paraSystem", std::string(system)}});
+       !rows.eof(); rows.moveNext()) {
+    if (equalsNoCase(trim(rows.text(0)), names.name)) return {"テーブル名が他で使用されています.", "TxtTableName"};
+    sameJapanese = true;
+  }
+  if (sameJapanese) return {"日本語名が他で使用されています.", "TxtJPN"};
+  return {};
 }
 
 bool pChkTableInfo(Session& session, Host& host, frmTBInfo& screen) { return check(session, host, screen); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,22 @@ inline constexpr std::string_view kInChange = "変更中";
 
 inline constexpr std::string_view kMemberKind = "メンバー";
 inline constexpr std::string_view kPrjKind = "PG管理";
+
+/// What no two live tables of a System share, in the form in which it is stored.
+struct TableNames {
+  std::string name;
+  std::string japanese;
+  std::string shortName;
+};
+
+/// What is wrong on the header screen, and the control that it is about; a blank text for nothing.
+struct HeaderFault {
+  std::string text;
+  std::string_view control;
+};
+
+/// Which of the names a live table of the System other than `id` has.
+HeaderFault namesInUse(Database& database, std::string_view system, const TableNames& names, std::int64_t id);
 
 /// The kind of a table with field rows goes back to what it was. True when it did, after its message.
 bool kindMustStay(Session& session, Host& host, frmTBInfo& screen);

@@ -47,8 +47,8 @@ Right mayChangeSystemRecord(Session& session, std::string_view system);
 /// values are kept in common, so that those of another System follow that System's rights alone.
 Right mayChangeTable(Session& session, std::string_view tableId, TableChange change = TableChange::kDefinition);
 
-/// Rows of MAS_USER that go: beyond mayWrite the user has to be in the group ADMIN.
-Right mayRemoveUsers(Session& session);
+/// Users that go, and who belongs to the group ADMIN: beyond mayWrite the user has to be in that group.
+Right mayAdministerUsers(Session& session);
 
 /// Shows the reason of a refusal under "確認". True when it was refused.
 bool refused(Host& host, const Right& right);

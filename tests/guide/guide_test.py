@@ -180,8 +180,7 @@ class Captions(unittest.TestCase):
 
 class CommandLine(unittest.TestCase):
     def test_every_command_is_described_and_no_other(self):
-        listed = re.search(r"^コマンド:\n(.*?)\n\n", run_cli("--help") + "\n\n", re.S | re.M)[1]
-        commands = set(re.findall(r"^  ([a-z][a-z-]*) ", listed, re.M))
+        commands = set(re.findall(r"^  ([a-z][a-z-]*) ", run_cli("--help"), re.M))
         self.assertEqual({name[4:] for name in COMMANDS.ids if name.startswith("cmd-")}, commands)
         common = options_of()
         self.assertEqual(options_in(COMMANDS.texts["common-options-table"]), common)
