@@ -17,8 +17,7 @@ std::string erSheetName(const frmTBList& list) {
   return tableClass.empty() ? "レイアウト" : cutSheetName("分類-" + tableClass);
 }
 
-void setUpErPage(Worksheet& sheet, const DateTime& now) {
-  constexpr int kA4 = 9;
+void setUpErPage(Worksheet& sheet, const DateTime& now, int paper) {
   const std::string today = formatDateTime(now, "yyyy/mm/dd");
   PageSetup page = sheet.pageSetup();
   page.header.right = "作成日:" + today + "\n変更日:" + today;
@@ -26,7 +25,7 @@ void setUpErPage(Worksheet& sheet, const DateTime& now) {
   page.footer.left = "fileName:&F";
   page.firstPageNumber.reset();
   page.orientation = PageSetup::Orientation::Landscape;
-  page.paperSize = kA4;
+  page.paperSize = paper;
   page.order = PageSetup::Order::DownThenOver;
   page.fitToPage = true;
   page.fitToWidth = 1;

@@ -14,8 +14,12 @@ namespace quillmarden {
 SizedFont erFont();
 /// The name of the sheet with embedded books: the filters that chose the tables.
 std::string erSheetName(const frmTBList& list);
+namespace er_paper {
+inline constexpr int kA3 = 8;
+inline constexpr int kA4 = 9;
+}  // namespace er_paper
 /// One landscape page with the times in its head.
-void setUpErPage(Worksheet& sheet, const DateTime& now);
+void setUpErPage(Worksheet& sheet, const DateTime& now, int paper = er_paper::kA4);
 /// Without the reference marks < > [ ].
 std::string gFileNameTrim(std::string_view name);
 /// The file for an ER sheet in the System's folder; "" after a message.

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <vector>
 
+#include "workbook/legacy_drawing.h"
 #include "workbook/xml_fragment.h"
 
 namespace quillmarden {
@@ -60,20 +62,6 @@ bool shiftAnchor(pugi::xml_node anchor, const RowChange& change) {
   return true;
 }
 
-/// The text between the tags of the first such element at or behind `at`, as a place in the text.
-struct Inner {
-  std::size_t begin = std::string::npos;
-  std::size_t end = std::string::npos;
-};
-
-Inner innerOf(const std::string& text, std::string_view element, std::size_t at, std::size_t limit) {
-  const std::size_t open = text.find("<" + std::string(element) + ">", at);
-  if (open == std::string::npos || open >= limit) return {};
-  const std::size_t begin = open + element.size() + 2;
-  const std::size_t end = text.find('<', begin);
-  return end == std::string::npos ? Inner{} : Inner{begin, end};
-}
-
 /// The numbers of a comma separated list; empty when it is none.
 std::vector<int> numbersOf(std::string_view list) {
   std::vector<int> numbers;
@@ -90,31 +78,49 @@ std::vector<int> numbersOf(std::string_view list) {
   return numbers;
 }
 
-/// Replaces a piece and moves the limit of the search along.
-void replacePiece(std::string& text, const Inner& piece, const std::string& by, std::size_t& limit) {
-  text.replace(piece.begin, piece.end - piece.begin, by);
-  limit = limit + by.size() - (piece.end - piece.begin);
+/// A piece of a text that is replaced.
+struct TextChange {
+  std::size_t begin;
+  std::size_t end;
+  std::string by;
+};
+
+std::string changed(std::string text, std::vector<TextChange> changes) {
+  std::ranges::sort(changes, {}, &TextChange::begin);
+  for (auto change = changes.rbegin(); change != changes.rend(); ++change)
+    text.replace(change->begin, change->end - change->begin, change->by);
+  return text;
 }
 
-/// Takes away the shapes of notes whose rows went: without its note a shape is left over.
-void dropNotes(std::string& vml, const RowChange& change) {
-  if (change.inserted) return;
-  std::size_t at = 0;
-  while ((at = vml.find("<v:shape ", at)) != std::string::npos) {
-    constexpr std::string_view kEnd = "</v:shape>";
-    const std::size_t end = vml.find(kEnd, at);
-    if (end == std::string::npos) return;
-    const bool note = vml.find("\"Note\"", at) < end;
-    const Inner row = innerOf(vml, "x:Row", at, end);
-    const auto numbers = note && row.begin != std::string::npos
-                             ? numbersOf(std::string_view(vml).substr(row.begin, row.end - row.begin))
-                             : std::vector<int>();
-    if (numbers.size() == 1 && !shiftRow(numbers[0] + 1, change)) {
-      vml.erase(at, end + kEnd.size() - at);
-    } else {
-      at = end;
+/// Where the shape of a legacy drawing hangs on the sheet, as its client data says.
+struct ClientData {
+  std::size_t shape;
+  bool note;
+  bool moves = true;
+  bool sizes = true;
+  std::optional<LegacyElement> row;
+  std::optional<LegacyElement> anchor;
+};
+
+std::vector<ClientData> clientData(const std::vector<LegacyElement>& elements) {
+  std::vector<ClientData> all;
+  std::size_t data = elements.size();
+  for (std::size_t i = 0; i < elements.size(); ++i) {
+    const LegacyElement& element = elements[i];
+    if (element.is(LegacySpace::Excel, "ClientData")) {
+      data = i;
+      const bool note = attributeOf(element, "ObjectType") == "Note";
+      all.push_back({element.parent, note, true, !note, std::nullopt, std::nullopt});
     }
+    if (element.parent != data || i == data) continue;
+    ClientData& client = all.back();
+    // An element that is there says that the shape does not; notes go with their cell all the same.
+    if (element.is(LegacySpace::Excel, "MoveWithCells")) client.moves = client.note;
+    if (element.is(LegacySpace::Excel, "SizeWithCells")) client.sizes = false;
+    if (element.is(LegacySpace::Excel, "Row")) client.row = element;
+    if (element.is(LegacySpace::Excel, "Anchor")) client.anchor = element;
   }
+  return all;
 }
 
 }  // namespace
@@ -129,35 +135,38 @@ bool shiftAnchors(pugi::xml_node root, const RowChange& change) {
 }
 
 std::string shiftLegacyAnchors(std::string vml, const RowChange& change) {
-  dropNotes(vml, change);
-  std::size_t at = 0;
-  while ((at = vml.find("<x:ClientData", at)) != std::string::npos) {
-    std::size_t end = std::min(vml.find("</x:ClientData>", at), vml.size());
-    const std::string_view block = std::string_view(vml).substr(at, end - at);
-    const bool note = block.find("\"Note\"") != std::string_view::npos;
-    // An element that is there says that the shape does not.
-    const bool moves = note || block.find("<x:MoveWithCells") == std::string_view::npos;
-    const bool sizes = !note && block.find("<x:SizeWithCells") == std::string_view::npos;
-    if (const Inner row = innerOf(vml, "x:Row", at, end); note && row.begin != std::string::npos) {
-      const auto numbers = numbersOf(std::string_view(vml).substr(row.begin, row.end - row.begin));
-      if (numbers.size() == 1) replacePiece(vml, row, std::to_string(moved({numbers[0], 0}, change).row), end);
-    }
-    if (const Inner anchor = innerOf(vml, "x:Anchor", at, end); anchor.begin != std::string::npos) {
-      auto numbers = numbersOf(std::string_view(vml).substr(anchor.begin, anchor.end - anchor.begin));
-      if (numbers.size() == 8) {
-        const auto [top, bottom] = moved({numbers[2], numbers[3]}, {numbers[6], numbers[7]}, moves, sizes, change);
-        numbers[2] = top.row;
-        numbers[3] = static_cast<int>(top.offset);
-        numbers[6] = bottom.row;
-        numbers[7] = static_cast<int>(bottom.offset);
-        std::string list;
-        for (const int number : numbers) list += (list.empty() ? "" : ", ") + std::to_string(number);
-        replacePiece(vml, anchor, list, end);
+  const std::vector<LegacyElement> elements = legacyElements(vml);
+  const auto numbersIn = [&vml](const LegacyElement& element) {
+    return numbersOf(std::string_view(vml).substr(element.innerBegin, element.innerEnd - element.innerBegin));
+  };
+  std::vector<TextChange> changes;
+  for (const ClientData& client : clientData(elements)) {
+    if (client.row && client.note) {
+      const std::vector<int> row = numbersIn(*client.row);
+      const LegacyElement& shape = elements[client.shape];
+      if (row.size() == 1 && !change.inserted && !shiftRow(row[0] + 1, change) && shape.is(LegacySpace::Vml, "shape")) {
+        // Without its note a shape would be left over.
+        changes.push_back({shape.begin, shape.end, ""});
+        continue;
       }
+      if (row.size() == 1)
+        changes.push_back(
+            {client.row->innerBegin, client.row->innerEnd, std::to_string(moved({row[0], 0}, change).row)});
     }
-    at = end;
+    if (!client.anchor) continue;
+    std::vector<int> numbers = numbersIn(*client.anchor);
+    if (numbers.size() != 8) continue;
+    const auto [top, bottom] =
+        moved({numbers[2], numbers[3]}, {numbers[6], numbers[7]}, client.moves, client.sizes, change);
+    numbers[2] = top.row;
+    numbers[3] = static_cast<int>(top.offset);
+    numbers[6] = bottom.row;
+    numbers[7] = static_cast<int>(bottom.offset);
+    std::string list;
+    for (const int number : numbers) list += (list.empty() ? "" : ", ") + std::to_string(number);
+    changes.push_back({client.anchor->innerBegin, client.anchor->innerEnd, std::move(list)});
   }
-  return vml;
+  return changed(std::move(vml), std::move(changes));
 }
 
 }  // namespace quillmarden

@@ -12,9 +12,7 @@
 namespace quillmarden {
 namespace {
 
-constexpr double kUnitsPerPoint = 12700;   // English Metric Units
-constexpr std::int64_t kThinnest = 12700;  // a connector as wide as nothing has no place to bend
-constexpr double kBulge = 14;              // points that a line runs beside boxes which stand above each other
+constexpr double kUnitsPerPoint = 12700;  // English Metric Units
 
 std::int64_t units(double points) { return std::llround(points * kUnitsPerPoint); }
 
@@ -150,71 +148,79 @@ std::string shapeXml(const SheetShape& shape, int id) {
       shape.centred ? "ctr" : "t", paragraphs(shape.text, shape.centred));
 }
 
-/// The middle of an edge in fractions of the box.
-struct EdgeMiddle {
-  double x;
-  double y;
-};
-
-EdgeMiddle middleOf(ShapeEdge edge) {
-  constexpr std::array kMiddles = {EdgeMiddle{0.5, 0}, EdgeMiddle{0, 0.5}, EdgeMiddle{0.5, 1}, EdgeMiddle{1, 0.5}};
-  return kMiddles[static_cast<std::size_t>(edge)];
+/// The smallest box around the points, at least as thick as a line.
+Box around(const std::vector<Point>& points) {
+  const auto [left, right] = std::ranges::minmax(points, {}, &Point::x);
+  const auto [top, bottom] = std::ranges::minmax(points, {}, &Point::y);
+  return {left.x, top.y, right.x - left.x, bottom.y - top.y};
 }
 
-bool isSide(ShapeEdge edge) { return edge == ShapeEdge::Left || edge == ShapeEdge::Right; }
-
-/// How a connector runs between two points: the box around it, its turns, and where its upright part stands.
-struct Route {
-  Box box;
-  std::string flips;
-  std::string geometry;
-};
-
-Route route(const Box& fromBox, ShapeEdge fromEdge, const Box& toBox, ShapeEdge toEdge) {
-  const EdgeMiddle from = middleOf(fromEdge);
-  const EdgeMiddle to = middleOf(toEdge);
-  const double x1 = fromBox.left + from.x * fromBox.width;
-  const double y1 = fromBox.top + from.y * fromBox.height;
-  const double x2 = toBox.left + to.x * toBox.width;
-  const double y2 = toBox.top + to.y * toBox.height;
-  Route made;
-  made.box = {std::min(x1, x2), std::min(y1, y2), std::abs(x2 - x1), std::abs(y2 - y1)};
-  const bool flipped = x2 < x1;
-  made.flips = fmt::format("{}{}", flipped ? " flipH=\"1\"" : "", y2 < y1 ? " flipV=\"1\"" : "");
-  if (!isSide(fromEdge) || !isSide(toEdge)) {
-    made.geometry = "<a:prstGeom prst=\"straightConnector1\"><a:avLst/></a:prstGeom>";
-    return made;
+/// A connector of the shape that programs bend by themselves, between the ends of the line. Where it bends is told in
+/// fractions of the box around both ends.
+std::string bentConnector(const SheetConnector& connector, std::string_view head, std::string_view line,
+                          Rulers& rulers) {
+  const std::vector<Point>& points = connector.points;
+  const Point from = points.front();
+  const Point to = points.back();
+  Box box = around({from, to});
+  const bool bent = points.size() > 2;
+  constexpr double kThinnest = 1;  // a connector as thin as nothing has no place to bend
+  if (bent) box = {box.left, box.top, std::max(box.width, kThinnest), std::max(box.height, kThinnest)};
+  const std::string flips =
+      fmt::format("{}{}", to.x < from.x ? " flipH=\"1\"" : "", to.y < from.y ? " flipV=\"1\"" : "");
+  std::string bends;
+  for (std::size_t i = 1; i + 2 < points.size(); ++i) {
+    const bool across = i % 2 == 1;
+    const double way =
+        across ? (points[i].x - from.x) * (to.x < from.x ? -1 : 1) : (points[i].y - from.y) * (to.y < from.y ? -1 : 1);
+    bends += fmt::format("<a:gd name=\"adj{}\" fmla=\"val {}\"/>", i,
+                         std::llround(way / (across ? box.width : box.height) * 100000));
   }
-  made.box.width = std::max(made.box.width, static_cast<double>(kThinnest) / kUnitsPerPoint);
-  // The upright part stands in the middle between two sides that face each other, and outside of both otherwise.
-  const bool leavesRight = fromEdge == ShapeEdge::Right;
-  double upright = (x1 + x2) / 2;
-  if (fromEdge == toEdge) {
-    upright = leavesRight ? std::max(x1, x2) + kBulge : std::min(x1, x2) - kBulge;
-  } else if (leavesRight == flipped) {
-    upright = leavesRight ? x1 + kBulge : x1 - kBulge;
+  const std::string preset = bent ? fmt::format("bentConnector{}", points.size() - 1) : "straightConnector1";
+  return anchored(rulers, box,
+                  fmt::format("<xdr:cxnSp macro=\"\">{}<xdr:spPr>{}<a:prstGeom prst=\"{}\"><a:avLst>{}</a:avLst>"
+                              "</a:prstGeom>{}</xdr:spPr></xdr:cxnSp>",
+                              head, transform(box, flips), preset, bends, line));
+}
+
+/// The same line as a drawn one.
+std::string drawnLine(const SheetConnector& connector, std::string_view line, Rulers& rulers) {
+  const Box box = around(connector.points);
+  std::string path;
+  for (const Point& point : connector.points) {
+    path += fmt::format("<a:{0}><a:pt x=\"{1}\" y=\"{2}\"/></a:{0}>", path.empty() ? "moveTo" : "lnTo",
+                        units(point.x - box.left), units(point.y - box.top));
   }
-  const double local = flipped ? x1 - upright : upright - x1;
-  made.geometry = fmt::format(
-      "<a:prstGeom prst=\"bentConnector3\"><a:avLst><a:gd name=\"adj1\" fmla=\"val {}\"/></a:avLst></a:prstGeom>",
-      std::llround(local / made.box.width * 100000));
-  return made;
+  return anchored(
+      rulers, box,
+      fmt::format("<xdr:sp macro=\"\" textlink=\"\"><xdr:nvSpPr><xdr:cNvPr id=\"0\" name=\"{}\"/><xdr:cNvSpPr/>"
+                  "</xdr:nvSpPr><xdr:spPr>{}<a:custGeom><a:avLst/><a:gdLst/><a:ahLst/><a:cxnLst/>"
+                  "<a:rect l=\"0\" t=\"0\" r=\"r\" b=\"b\"/><a:pathLst><a:path w=\"{}\" h=\"{}\" fill=\"none\">{}"
+                  "</a:path></a:pathLst></a:custGeom><a:noFill/>{}</xdr:spPr></xdr:sp>",
+                  escaped(connector.name), transform(box), units(box.width), units(box.height), path, line));
 }
 
 std::string connectorXml(const Drawing& drawing, const SheetConnector& connector, int id, int firstShapeId,
                          Rulers& rulers) {
-  if (connector.fromShape >= drawing.shapes.size() || connector.toShape >= drawing.shapes.size()) return "";
-  const SheetShape& from = drawing.shapes[connector.fromShape];
-  const SheetShape& to = drawing.shapes[connector.toShape];
-  const Route made = route(from.box, connector.fromEdge, to.box, connector.toEdge);
-  const std::string content = fmt::format(
-      "<xdr:cxnSp macro=\"\"><xdr:nvCxnSpPr><xdr:cNvPr id=\"{}\" name=\"{}\"/><xdr:cNvCxnSpPr>"
-      "<a:stCxn id=\"{}\" idx=\"{}\"/><a:endCxn id=\"{}\" idx=\"{}\"/></xdr:cNvCxnSpPr></xdr:nvCxnSpPr>"
-      "<xdr:spPr>{}{}<a:ln w=\"9525\">{}<a:tailEnd type=\"triangle\"/></a:ln></xdr:spPr></xdr:cxnSp>",
+  if (connector.fromShape >= drawing.shapes.size() || connector.toShape >= drawing.shapes.size() ||
+      connector.points.size() < 2) {
+    return "";
+  }
+  const std::string head = fmt::format(
+      "<xdr:nvCxnSpPr><xdr:cNvPr id=\"{}\" name=\"{}\"/><xdr:cNvCxnSpPr><a:stCxn id=\"{}\" idx=\"{}\"/>"
+      "<a:endCxn id=\"{}\" idx=\"{}\"/></xdr:cNvCxnSpPr></xdr:nvCxnSpPr>",
       id, escaped(connector.name), firstShapeId + static_cast<int>(connector.fromShape),
-      siteOf(from.kind, connector.fromEdge), firstShapeId + static_cast<int>(connector.toShape),
-      siteOf(to.kind, connector.toEdge), transform(made.box, made.flips), made.geometry, solid(connector.colour));
-  return anchored(rulers, made.box, content);
+      siteOf(drawing.shapes[connector.fromShape].kind, connector.fromEdge),
+      firstShapeId + static_cast<int>(connector.toShape),
+      siteOf(drawing.shapes[connector.toShape].kind, connector.toEdge));
+  const std::string line = "<a:ln w=\"9525\">" + solid(connector.colour) + "<a:tailEnd type=\"triangle\"/></a:ln>";
+  // Only the program of which these names are keeps a connector's bends; others would lay the line anew, through boxes,
+  // and get it as a drawn one.
+  return fmt::format(
+      "<mc:AlternateContent xmlns:mc=\"http://schemas.openxmlformats.org/markup-compatibility/2006\"><mc:Choice "
+      "xmlns:xdr14=\"http://schemas.microsoft.com/office/excel/2010/spreadsheetDrawing\" Requires=\"xdr14\">{}"
+      "</mc:Choice><mc:Fallback>{}</mc:Fallback></mc:AlternateContent>",
+      bentConnector(connector, head, line, rulers), drawnLine(connector, line, rulers));
 }
 
 std::string pictureXml(const SheetPicture& picture, int id, std::string_view relationship) {
@@ -232,7 +238,7 @@ int pixels(double points) { return static_cast<int>(std::lround(points * kPixels
 // Names of legacy shapes are XML ids: what those can't hold stands as _x0000_ escapes.
 std::string legacyName(std::string_view name) {
   std::string out;
-  for (const char c : name) {
+  for (const char c : xmlSafe(name)) {
     const auto byte = static_cast<unsigned char>(c);
     const bool plain = byte >= 0x80 || (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
                        c == '_' || c == '-' || c == '.';
@@ -286,12 +292,12 @@ std::string drawingAnchors(const Drawing& drawing, const SheetGeometry& geometry
 }
 
 std::string legacyShapes(const Drawing& drawing, const SheetGeometry& geometry, int firstShape,
-                         const AddMedia& addPreview) {
+                         const std::vector<std::string>& previews) {
   Rulers rulers(geometry);
   std::string out;
   for (std::size_t i = 0; i < drawing.objects.size(); ++i) {
     const OleObject& object = drawing.objects[i];
-    out += legacyShape(object, firstShape + static_cast<int>(i), i, addPreview(object.preview, "emf"), rulers);
+    out += legacyShape(object, firstShape + static_cast<int>(i), i, previews[i], rulers);
   }
   return out;
 }
@@ -318,11 +324,11 @@ std::string legacyDrawing(std::string_view shapes, int firstShape, std::size_t c
       blocks, shapes);
 }
 
-std::string oleObjects(const Drawing& drawing, int firstShape, const AddMedia& addBook) {
+std::string oleObjects(const Drawing& drawing, int firstShape, const std::vector<std::string>& books) {
   std::string out;
   for (std::size_t i = 0; i < drawing.objects.size(); ++i) {
     out += fmt::format("<oleObject progId=\"Excel.Sheet.12\" shapeId=\"{}\" r:id=\"{}\"/>",
-                       firstShape + static_cast<int>(i), addBook(drawing.objects[i].book, "xlsx"));
+                       firstShape + static_cast<int>(i), books[i]);
   }
   return out;
 }

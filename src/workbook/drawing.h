@@ -22,6 +22,11 @@ struct Box {
   double height = 0;
 };
 
+struct Point {
+  double x = 0;
+  double y = 0;
+};
+
 /// A side of a shape, in whose middle a connector can hold on.
 enum class ShapeEdge { Top, Left, Bottom, Right };
 
@@ -52,14 +57,16 @@ struct SheetShape {
   bool shadow = false;
 };
 
-/// A line from one shape of the drawing to another that follows when a person moves them. Shapes count from 0. It ends
-/// in an arrow.
+/// A line from one shape of the drawing to another, along its points, the ends included: straight, or by turns across
+/// and down. Shapes count from 0. It ends in an arrow. Where the program can, it follows when a person moves the
+/// shapes.
 struct SheetConnector {
   std::string name;
   std::size_t fromShape = 0;
   ShapeEdge fromEdge = ShapeEdge::Right;
   std::size_t toShape = 0;
   ShapeEdge toEdge = ShapeEdge::Left;
+  std::vector<Point> points;
   std::uint32_t colour = 0x404040;
 };
 
@@ -70,12 +77,18 @@ struct SheetPicture {
   std::string extension;  ///< "png", "bmp", "emf" ...
 };
 
-/// A workbook that stands in the sheet as an object and opens by a double click.
+/// What an object consists of.
+struct EmbeddedBook {
+  std::string book;     ///< the bytes of an .xlsx package
+  std::string preview;  ///< the bytes of the .emf picture that is shown
+};
+
+/// A workbook that stands in the sheet as an object and opens by a double click. It is made while the sheet's book is
+/// written, so that a book of thousands of objects holds one at a time; each writing gives the same.
 struct OleObject {
   std::string name;
   Box box;
-  std::string book;     ///< the bytes of an .xlsx package
-  std::string preview;  ///< the bytes of the .emf picture that is shown
+  std::function<EmbeddedBook()> make;
   bool shadow = false;
   double lineWeight = 0.75;
 };
@@ -100,19 +113,20 @@ struct SheetGeometry {
 using AddMedia = std::function<std::string(const std::string& bytes, std::string_view extension)>;
 
 /// The anchor elements of xl/drawings/drawingN.xml for all but the objects. Ids of shapes count up from `firstId`.
-/// Connectors that name a shape which is not there are left out.
+/// Connectors that name a shape which is not there, or have no two points, are left out.
 std::string drawingAnchors(const Drawing& drawing, const SheetGeometry& geometry, int firstId,
                            const AddMedia& addMedia);
 
 /// The shape elements of the legacy (VML) drawing that place the objects. Shape numbers count up from `firstShape`;
-/// `addPreview` adds a picture to the legacy drawing's own relationships.
+/// `previews` are the objects' pictures among the legacy drawing's own relationships.
 std::string legacyShapes(const Drawing& drawing, const SheetGeometry& geometry, int firstShape,
-                         const AddMedia& addPreview);
+                         const std::vector<std::string>& previews);
 
 /// A whole legacy drawing around such shapes.
 std::string legacyDrawing(std::string_view shapes, int firstShape, std::size_t count);
 
-/// The oleObject elements of the sheet, in the order of the shapes. `addBook` adds the embedded package.
-std::string oleObjects(const Drawing& drawing, int firstShape, const AddMedia& addBook);
+/// The oleObject elements of the sheet, in the order of the shapes. `books` are the embedded packages among the sheet's
+/// relationships.
+std::string oleObjects(const Drawing& drawing, int firstShape, const std::vector<std::string>& books);
 
 }  // namespace quillmarden

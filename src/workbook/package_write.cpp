@@ -1,14 +1,17 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <system_error>
 
 #include "common/replace_file.h"
 #include "workbook/content_types.h"
 #include "workbook/package.h"
 #include "workbook/package_data.h"
+#include "workbook/spill_buffer.h"
 
 namespace quillmarden {
 
@@ -30,7 +33,14 @@ struct Feed {
   PartSource source;
   std::string buffer;
   std::size_t taken = 0;
+  std::exception_ptr* failure = nullptr;  ///< the writer's, for what must not fly through the library's frames
   zip_error_t error{};
+
+  zip_int64_t fail() {
+    if (failure != nullptr && !*failure) *failure = std::current_exception();
+    zip_error_set(&error, ZIP_ER_INTERNAL, 0);
+    return -1;
+  }
 
   zip_int64_t read(char* out, std::size_t wanted) {
     std::size_t given = 0;
@@ -54,12 +64,20 @@ zip_int64_t feedCommand(void* state, void* data, zip_uint64_t length, zip_source
   auto* feed = static_cast<Feed*>(state);
   switch (command) {
     case ZIP_SOURCE_OPEN:
-      feed->source = feed->make();
+      try {
+        feed->source = feed->make();
+      } catch (...) {
+        return feed->fail();
+      }
       feed->buffer.clear();
       feed->taken = 0;
       return 0;
     case ZIP_SOURCE_READ:
-      return feed->read(static_cast<char*>(data), static_cast<std::size_t>(length));
+      try {
+        return feed->read(static_cast<char*>(data), static_cast<std::size_t>(length));
+      } catch (...) {
+        return feed->fail();
+      }
     case ZIP_SOURCE_CLOSE:
       feed->source = nullptr;
       return 0;
@@ -85,16 +103,67 @@ zip_int64_t feedCommand(void* state, void* data, zip_uint64_t length, zip_source
   }
 }
 
-/// A zip file under construction in memory.
+/// Where libzip writes the file, as a source of its own.
+struct ZipTarget {
+  SpillBuffer buffer;
+  zip_error_t error{};
+
+  zip_int64_t fail(int code) {
+    zip_error_set(&error, code, 0);
+    return -1;
+  }
+};
+
+zip_int64_t targetCommand(void* state, void* data, zip_uint64_t length, zip_source_cmd_t command) {
+  auto* target = static_cast<ZipTarget*>(state);
+  switch (command) {
+    case ZIP_SOURCE_STAT:
+      // There is no file yet.
+      zip_error_set(&target->error, ZIP_ER_READ, ENOENT);
+      return -1;
+    case ZIP_SOURCE_BEGIN_WRITE:
+    case ZIP_SOURCE_COMMIT_WRITE:
+    case ZIP_SOURCE_ROLLBACK_WRITE:
+    case ZIP_SOURCE_REMOVE:
+    case ZIP_SOURCE_FREE:
+      return 0;
+    case ZIP_SOURCE_WRITE:
+      if (!target->buffer.write({static_cast<const char*>(data), static_cast<std::size_t>(length)}))
+        return target->fail(ZIP_ER_WRITE);
+      return static_cast<zip_int64_t>(length);
+    case ZIP_SOURCE_TELL_WRITE:
+      return static_cast<zip_int64_t>(target->buffer.place());
+    case ZIP_SOURCE_SEEK_WRITE: {
+      const zip_int64_t place =
+          zip_source_seek_compute_offset(target->buffer.place(), target->buffer.size(), data, length, &target->error);
+      if (place < 0) return -1;
+      target->buffer.seek(static_cast<std::uint64_t>(place));
+      return 0;
+    }
+    case ZIP_SOURCE_ERROR:
+      return zip_error_to_data(&target->error, data, length);
+    case ZIP_SOURCE_SUPPORTS:
+      // Reading is named, though a new file is never read, since libzip takes no other source for a file.
+      return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT,
+                                            ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL,
+                                            ZIP_SOURCE_SUPPORTS, ZIP_SOURCE_BEGIN_WRITE, ZIP_SOURCE_COMMIT_WRITE,
+                                            ZIP_SOURCE_ROLLBACK_WRITE, ZIP_SOURCE_WRITE, ZIP_SOURCE_SEEK_WRITE,
+                                            ZIP_SOURCE_TELL_WRITE, ZIP_SOURCE_REMOVE, -1);
+    default:
+      return target->fail(ZIP_ER_OPNOTSUPP);
+  }
+}
+
+/// A zip file under construction.
 class ZipWriter {
  public:
   ZipWriter() {
     zip_error_t error;
     zip_error_init(&error);
-    target_ = zip_source_buffer_create(nullptr, 0, 0, &error);
-    if (target_ != nullptr) {
-      zip_source_keep(target_);
-      zip_ = zip_open_from_source(target_, ZIP_TRUNCATE, &error);
+    zip_source_t* source = zip_source_function_create(&targetCommand, &target_, &error);
+    if (source != nullptr) {
+      zip_ = zip_open_from_source(source, ZIP_CREATE | ZIP_TRUNCATE, &error);
+      if (zip_ == nullptr) zip_source_free(source);
     }
     zip_error_fini(&error);
     if (zip_ == nullptr) cannotWrite("", "メモリが足りません.");
@@ -103,7 +172,6 @@ class ZipWriter {
   ZipWriter& operator=(const ZipWriter&) = delete;
   ~ZipWriter() {
     if (zip_ != nullptr) zip_discard(zip_);
-    if (target_ != nullptr) zip_source_free(target_);
   }
 
   /// The bytes must live until finish.
@@ -118,10 +186,10 @@ class ZipWriter {
       return put(part.name, raw, false);
     }
     if (part.relations) return put(part.name, ownBytes(part.relations->xml()), true);
-    auto* feed = new Feed{part.make, part.size, {}, {}, 0, {}};
+    auto* feed = new Feed{part.make, part.size, {}, {}, 0, &failure_, {}};
     zip_source_t* source = zip_source_function(zip_, &feedCommand, feed);
     if (source == nullptr) delete feed;
-    put(part.name, source, true);
+    put(part.name, source, !part.name.ends_with(".xlsx"));
   }
 
   /// Writes all entries; `take` gets the file's bytes piece by piece. `stop` is asked often, and must not throw.
@@ -132,20 +200,13 @@ class ZipWriter {
       zip_register_cancel_callback_with_state(zip_, asked, nullptr, const_cast<StopCheck*>(&stop));
     }
     if (zip_close(zip_) != 0) {
+      if (failure_) std::rethrow_exception(failure_);
       if (zip_error_code_zip(zip_get_error(zip_)) == ZIP_ER_CANCELLED)
         throw WorkbookError(WorkbookFault::Stopped, "", "中断しました.");
       cannotWrite("", zip_strerror(zip_));
     }
     zip_ = nullptr;
-    if (zip_source_open(target_) != 0) cannotWrite("", "メモリが足りません.");
-    std::string block(1U << 16, '\0');
-    for (;;) {
-      const zip_int64_t got = zip_source_read(target_, block.data(), block.size());
-      if (got < 0) cannotWrite("", "メモリが足りません.");
-      if (got == 0) break;
-      take(std::string_view(block).substr(0, static_cast<std::size_t>(got)));
-    }
-    zip_source_close(target_);
+    if (!target_.buffer.read(take)) cannotWrite("", "一時ファイルを読めません.");
   }
 
  private:
@@ -169,7 +230,8 @@ class ZipWriter {
     zip_file_set_dostime(zip_, entry, 0, kDosDate, 0);
   }
 
-  zip_source_t* target_ = nullptr;
+  ZipTarget target_;
+  std::exception_ptr failure_;
   zip_t* zip_ = nullptr;
 };
 

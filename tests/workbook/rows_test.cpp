@@ -248,6 +248,15 @@ TEST(Anchors, legacyShapes) {
   EXPECT_EQ(shiftLegacyAnchors(shape(note) + shape(object), {10, 2, false}),
             shape("Pict\"><x:Anchor>1, 2, 9, 0, 4, 5, 10, 6</x:Anchor>"))
       << "a note goes with its row";
+  // The prefixes are the writer's own, bound where it likes.
+  const auto named = [&](const std::string& row) {
+    return "<xml><n0:shape xmlns:n0=\"urn:schemas-microsoft-com:vml\"><br><ClientData ObjectType='Note' "
+           "xmlns=\"urn:schemas-microsoft-com:office:excel\"><MoveWithCells/><Row>" +
+           row + "</Row></ClientData></n0:shape><n1:shape xmlns:n1=\"urn:schemas-microsoft-com:vml\"><n0:ClientData " +
+           "ObjectType=\"Note\" xmlns:n0=\"urn:other\"><n0:Row>10</n0:Row></n0:ClientData></n1:shape></xml>";
+  };
+  EXPECT_EQ(shiftLegacyAnchors(named("10"), {5, 3, true}), named("13"));
+  EXPECT_EQ(shiftLegacyAnchors(named("10"), {11, 1, false}), "<xml>" + named("").substr(named("").find("<n1:shape")));
   for (const char* odd :
        {"", "<x:ClientData", "<x:ClientData><x:Anchor>", "<v:shape <x:ClientData \"Note\"<x:Row>x</x:Row>"})
     EXPECT_EQ(shiftLegacyAnchors(odd, {1, 1, false}), odd);
