@@ -45,6 +45,16 @@ def start(cli, folder, command, output):
                              "temp", "--output", output], cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
 
 
+def wait_for_handlers(run):
+    """Before the program looks after its signals, they end it as they end any program."""
+    while run.poll() is None:
+        status = pathlib.Path(f"/proc/{run.pid}/status").read_text()
+        caught = int(status.split("SigCgt:")[1].split()[0], 16)
+        if all(caught >> (stop - 1) & 1 for stop in STOPS):
+            return
+        time.sleep(0.002)
+
+
 def main():
     cli, sample = sys.argv[1:3]
     with tempfile.TemporaryDirectory() as name:
@@ -61,7 +71,9 @@ def main():
             for number, share in enumerate([0.1, 0.3, 0.5, 0.7, 0.8, 0.9, 0.95]):
                 output.write_text("former")
                 run = start(cli, folder, command, "out")
-                time.sleep(share * length)
+                began = time.monotonic()
+                wait_for_handlers(run)
+                time.sleep(max(0.0, began + share * length - time.monotonic()))
                 run.send_signal(STOPS[number % len(STOPS)])
                 began = time.monotonic()
                 _, said = run.communicate()
