@@ -20,6 +20,9 @@ namespace quillmarden {
 
 namespace {
 
+/// As many rows as a grid has, with long texts in all cells.
+constexpr std::size_t kMostGridBytes = std::size_t{64} << 20;
+
 /// Whether the text is well-formed UTF-8: no cut or overlong form, no surrogate, nothing beyond U+10FFFF.
 bool isUtf8(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
@@ -110,9 +113,19 @@ bool readFile(Run& run, const std::string& file, std::string& text) {
   bool folder = std::filesystem::is_directory(file, ignored);
   errno = 0;
   std::ifstream stream(file, std::ios::binary);
-  if (!folder && stream) text.assign(std::istreambuf_iterator<char>(stream), {});
-  if (!folder && stream && !stream.bad()) return true;
-  failure(run, fmt::format("ファイルを読み込めませんでした.\n {}\n {}", file, std::strerror(folder ? EISDIR : errno)));
+  bool room = true;
+  if (!folder && stream) {
+    // A device or a pipe may have no end.
+    std::string block(1 << 16, '\0');
+    while (room && (stream.read(block.data(), static_cast<std::streamsize>(block.size())), stream.gcount() > 0)) {
+      text.append(block, 0, static_cast<std::size_t>(stream.gcount()));
+      room = text.size() <= kMostGridBytes;
+    }
+    if (room && !stream.bad()) return true;
+  }
+  std::string reason = std::strerror(folder ? EISDIR : errno);
+  if (!room) reason = fmt::format("大きすぎます. {}MBまでです.", kMostGridBytes >> 20);
+  failure(run, fmt::format("ファイルを読み込めませんでした.\n {}\n {}", file, reason));
   return false;
 }
 

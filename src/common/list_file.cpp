@@ -10,6 +10,9 @@ namespace quillmarden {
 
 namespace {
 
+/// A thousand entries of paths and search texts, with room to spare.
+constexpr std::size_t kMostListBytes = std::size_t{1} << 20;
+
 std::string withoutControls(std::string_view text) {
   std::string clean(text);
   std::erase_if(clean, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
@@ -31,7 +34,7 @@ std::vector<std::string> listEntries(std::string_view bytes) {
 
 std::vector<std::string> readListFile(const std::filesystem::path& file) {
   std::error_code ignored;
-  return listEntries(readFile(file, ignored).value_or(""));
+  return listEntries(readBeginning(file, ignored, kMostListBytes).value_or(""));
 }
 
 bool writeListFile(const std::filesystem::path& file, const std::vector<std::string>& entries) {

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "common/replace_file.h"
@@ -25,7 +26,14 @@ struct Descriptor {
 
 }  // namespace
 
-std::optional<std::string> readFile(const std::filesystem::path& file, std::error_code& error) {
+std::optional<std::string> readFile(const std::filesystem::path& file, std::error_code& error, std::size_t most) {
+  std::optional<std::string> bytes = readBeginning(file, error, most + 1);
+  if (!bytes || bytes->size() <= most) return bytes;
+  error = std::make_error_code(std::errc::file_too_large);
+  return std::nullopt;
+}
+
+std::optional<std::string> readBeginning(const std::filesystem::path& file, std::error_code& error, std::size_t most) {
   error.clear();
   // Without O_NONBLOCK a pipe in the file's place would wait for a writer that never comes.
   const Descriptor descriptor{::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)};
@@ -39,10 +47,10 @@ std::optional<std::string> readFile(const std::filesystem::path& file, std::erro
     return std::nullopt;
   }
   std::string bytes;
-  bytes.reserve(static_cast<std::size_t>(state.st_size));
+  bytes.reserve(std::min(static_cast<std::size_t>(state.st_size), most));
   char block[16384];
   for (;;) {
-    const ssize_t got = ::read(descriptor.number, block, sizeof block);
+    const ssize_t got = ::read(descriptor.number, block, std::min(sizeof block, most - bytes.size()));
     if (got == 0) return bytes;
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) {

@@ -12,8 +12,15 @@ namespace quillmarden {
 // The small per-user files: settings and lists. They are CP932; one that holds what CP932 cannot is UTF-8 behind a
 // byte order mark, so that nothing is lost.
 
-/// The whole file. Nothing, with the reason in `error`, when it is missing, no plain file, or unreadable.
-std::optional<std::string> readFile(const std::filesystem::path& file, std::error_code& error);
+/// More than any file that a person has written or copied holds: what is larger is not read to its end.
+inline constexpr std::size_t kMostFileBytes = std::size_t{16} << 20;
+
+/// The whole file. Nothing, with the reason in `error`, when it is missing, no plain file, unreadable, or larger than
+/// `most` bytes.
+std::optional<std::string> readFile(const std::filesystem::path& file, std::error_code& error,
+                                    std::size_t most = kMostFileBytes);
+/// The same, of a larger file its first `most` bytes.
+std::optional<std::string> readBeginning(const std::filesystem::path& file, std::error_code& error, std::size_t most);
 
 /// Replaces one of the user's own files, which may be a link. False when that fails; the former file is then untouched.
 bool replaceFile(const std::filesystem::path& file, std::string_view bytes);

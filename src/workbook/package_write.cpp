@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <system_error>
 
 #include "common/replace_file.h"
@@ -27,6 +28,7 @@ constexpr zip_uint16_t kDosDate = (1 << 5) | 1;
 struct Feed {
   std::function<PartSource()> make;
   std::uint64_t about = 0;
+  std::exception_ptr& fault;  ///< what the source has thrown, for the far side of libzip's frames
   PartSource source;
   std::string buffer;
   std::size_t taken = 0;
@@ -50,16 +52,31 @@ struct Feed {
   }
 };
 
+/// Runs a step of a source. No exception may pass through libzip, which would free nothing: it is an error there and
+/// goes on behind it.
+template <typename Step>
+zip_int64_t guarded(Feed& feed, Step&& step) {
+  try {
+    return step();
+  } catch (...) {
+    feed.fault = std::current_exception();
+    zip_error_set(&feed.error, ZIP_ER_INTERNAL, 0);
+    return -1;
+  }
+}
+
 zip_int64_t feedCommand(void* state, void* data, zip_uint64_t length, zip_source_cmd_t command) {
   auto* feed = static_cast<Feed*>(state);
   switch (command) {
     case ZIP_SOURCE_OPEN:
-      feed->source = feed->make();
-      feed->buffer.clear();
-      feed->taken = 0;
-      return 0;
+      return guarded(*feed, [&] {
+        feed->source = feed->make();
+        feed->buffer.clear();
+        feed->taken = 0;
+        return zip_int64_t{0};
+      });
     case ZIP_SOURCE_READ:
-      return feed->read(static_cast<char*>(data), static_cast<std::size_t>(length));
+      return guarded(*feed, [&] { return feed->read(static_cast<char*>(data), static_cast<std::size_t>(length)); });
     case ZIP_SOURCE_CLOSE:
       feed->source = nullptr;
       return 0;
@@ -118,7 +135,7 @@ class ZipWriter {
       return put(part.name, raw, false);
     }
     if (part.relations) return put(part.name, ownBytes(part.relations->xml()), true);
-    auto* feed = new Feed{part.make, part.size, {}, {}, 0, {}};
+    auto* feed = new Feed{part.make, part.size, fault_, {}, {}, 0, {}};
     zip_source_t* source = zip_source_function(zip_, &feedCommand, feed);
     if (source == nullptr) delete feed;
     put(part.name, source, true);
@@ -134,6 +151,7 @@ class ZipWriter {
     if (zip_close(zip_) != 0) {
       if (zip_error_code_zip(zip_get_error(zip_)) == ZIP_ER_CANCELLED)
         throw WorkbookError(WorkbookFault::Stopped, "", "中断しました.");
+      if (fault_) std::rethrow_exception(fault_);
       cannotWrite("", zip_strerror(zip_));
     }
     zip_ = nullptr;
@@ -154,7 +172,9 @@ class ZipWriter {
     void* copy = std::malloc(bytes.size() + 1);
     if (copy == nullptr) cannotWrite("", "メモリが足りません.");
     std::memcpy(copy, bytes.data(), bytes.size());
-    return zip_source_buffer(zip_, copy, bytes.size(), 1);
+    zip_source_t* source = zip_source_buffer(zip_, copy, bytes.size(), 1);
+    if (source == nullptr) std::free(copy);
+    return source;
   }
 
   void put(const std::string& name, zip_source_t* source, bool deflate) {
@@ -171,6 +191,7 @@ class ZipWriter {
 
   zip_source_t* target_ = nullptr;
   zip_t* zip_ = nullptr;
+  std::exception_ptr fault_;
 };
 
 void writeParts(const std::vector<PackagePart>& parts, const std::string* types,

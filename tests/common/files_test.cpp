@@ -3,9 +3,11 @@
 #include <fstream>
 #include <iterator>
 
+#include "common/ini_file.h"
 #include "common/list_file.h"
 #include "common/paths.h"
 #include "common/text.h"
+#include "common/text_file.h"
 #include "support/scripted_host.h"
 
 namespace quillmarden {
@@ -42,6 +44,24 @@ TEST(ListFile, EntriesComeBack) {
   EXPECT_EQ(readListFile(folder.path()), std::vector<std::string>{});
   EXPECT_FALSE(writeListFile(folder.path() / "made", {"x"}));
   EXPECT_EQ(readListFile(file).size(), 2U);
+}
+
+TEST(ListFile, FilesWithoutAnEndInSightAreNotReadToIt) {
+  TempFolder folder;
+  const fs::path file = folder.path() / "Find.lst";
+  spill(file, toCp932("[a]\r\nk=受注\r\nlast"));
+  fs::resize_file(file, 200 << 20);
+  EXPECT_EQ(readListFile(file), (std::vector<std::string>{"[a]", "k=受注", "last"}));
+  std::error_code error;
+  EXPECT_EQ(readBeginning(file, error, 3), "[a]");
+  EXPECT_EQ(readFile(file, error), std::nullopt);
+  EXPECT_EQ(error, std::errc::file_too_large);
+  EXPECT_EQ(readFile(file, error, 200 << 20).value_or("").size(), 200U << 20);
+  // Settings that were not read are not written over.
+  IniFile ini(file);
+  ini.put("a", "k", "v");
+  EXPECT_EQ(fs::file_size(file), 200U << 20);
+  EXPECT_EQ(readListFile("/dev/zero"), std::vector<std::string>{});
 }
 
 TEST(ListFile, ListsAndHistories) {

@@ -1,6 +1,7 @@
 #include "workbook/package.h"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <sys/resource.h>
 
 #include <csignal>
@@ -90,6 +91,33 @@ TEST(Package, partsThatAreMadeWhileWriting) {
     // The form for giant files (extra field 1) makes some programs ask for a repair.
     EXPECT_EQ(zip.find(std::string("\x01\x00\x10\x00", 4)), std::string::npos);
   }
+}
+
+TEST(Package, aFaultOfASourceComesThroughWithNothingLeftBehind) {
+  Package package;
+  package.set("good.xml", std::string(300000, 'x'));
+  const auto fault = [] { throw WorkbookError(WorkbookFault::BadValue, "bad.xml", "x"); };
+  const auto failing = [&](bool early) {
+    package.stream(
+        "bad.xml",
+        [=]() -> PartSource {
+          if (early) fault();
+          return [=, sent = 0](std::string& out) mutable {
+            if (sent++ == 3) fault();
+            out += std::string(50000, 'y');
+            return true;
+          };
+        },
+        1000);
+    return errorOf([&] { package.zip(); });
+  };
+  EXPECT_EQ(failing(true).fault(), WorkbookFault::BadValue);
+  EXPECT_EQ(failing(false).part(), "bad.xml");
+  const std::size_t before = mallinfo2().uordblks;
+  for (int i = 0; i < 20; ++i) failing(i % 2 == 0);
+  EXPECT_LT(mallinfo2().uordblks, before + 100000);
+  package.remove("bad.xml");
+  EXPECT_EQ(Package::fromBytes(package.zip()).bytes("good.xml").size(), 300000U);
 }
 
 TEST(Package, damagedFilesAreToldApart) {
