@@ -5,6 +5,7 @@
 #include "cli/console_session.h"
 #include "common/message.h"
 #include "operations/capacity.h"
+#include "repository/rights.h"
 
 namespace quillmarden {
 
@@ -43,7 +44,8 @@ void putTableValues(Run& run) {
 ExitStatus runCapacity(Run& run, const CapacityOptions& options) {
   if (options.system == kAllSystems) return failure(run, "システムを選択して下さい.");
   if (!enterSystem(run, options.system)) return kFailed;
-  if (run.session.gIsGuest) return failure(run, "guestでは、再計算できません.");
+  if (const Right right = mayChangeSystem(run.session, run.session.gCurrentSystemName); !right)
+    return failure(run, right.reason);
   if (gMsgBox(run.host, "各テーブルのレコード長を再計算します.", kYesNo | kQuestionIcon, "処理確認") != kYes)
     return failure(run, "中止しました.");
   if (recalculateSystem(run.session, run.host, run.session.gCurrentSystemName)) return kFailed;

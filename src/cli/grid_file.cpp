@@ -69,14 +69,30 @@ std::string shown(std::string_view text) {
 }
 
 /// The loaded rows, each to be claimed once.
-class LoadedRows {
+class RowsToClaim {
  public:
-  explicit LoadedRows(const Spread& grid) : grid_(grid), taken_(static_cast<std::size_t>(grid.maxRows()) + 1) {
+  explicit RowsToClaim(const Spread& grid) : grid_(grid), taken_(static_cast<std::size_t>(grid.maxRows()) + 1) {
     for (int row = 1; row <= grid.maxRows(); ++row) {
       if (grid.rowTag(row) == 0) continue;
       for (int col : {field_col::kOrder, field_col::kFieldName, field_col::kJapaneseName})
         rows_.emplace(key(col, grid.text(col, row)), row);
     }
+  }
+
+  /// Whether the orders of a file are those of these rows: none of its names stands at another order here.
+  bool ordersFit(const std::vector<std::vector<std::string>>& rows) const {
+    for (const auto& cells : rows) {
+      if (cells.size() < field_col::kOrder) continue;
+      const std::string& order = cells[field_col::kOrder - 1];
+      const std::string& name = cells[field_col::kFieldName - 1];
+      if (trim(order).empty() || trim(name).empty()) continue;
+      const auto [first, last] = rows_.equal_range(key(field_col::kFieldName, name));
+      if (first != last && std::none_of(first, last, [&](const auto& row) {
+            return key(field_col::kOrder, grid_.text(field_col::kOrder, row.second)) == key(field_col::kOrder, order);
+          }))
+        return false;
+    }
+    return true;
   }
 
   /// The row whose cell has this text, 0 when there is none or it is taken. With `name` the row's field name must be
@@ -204,7 +220,7 @@ std::vector<int> continuedRows(const Spread& grid, const std::vector<std::vector
     const std::size_t place = static_cast<std::size_t>(col - 1);
     return place < rows[row].size() ? rows[row][place] : std::string();
   };
-  LoadedRows loaded(grid);
+  RowsToClaim loaded(grid);
   std::vector<int> continued(rows.size());
   // Rows that have kept both order and name come first, so that a copied line never takes the identity away from the
   // line that it was copied from.
@@ -212,8 +228,10 @@ std::vector<int> continuedRows(const Spread& grid, const std::vector<std::vector
     const std::string name = cell(row, field_col::kFieldName);
     continued[row] = loaded.claim(field_col::kOrder, cell(row, field_col::kOrder), &name);
   }
+  // Orders of another time would give a line the identity of its neighbour.
+  const bool byOrder = loaded.ordersFit(rows);
   for (int col : {field_col::kOrder, field_col::kFieldName, field_col::kJapaneseName})
-    for (std::size_t row = 0; row < rows.size(); ++row)
+    for (std::size_t row = 0; row < rows.size() && (byOrder || col != field_col::kOrder); ++row)
       if (continued[row] == 0) continued[row] = loaded.claim(col, cell(row, col));
   return continued;
 }

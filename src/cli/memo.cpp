@@ -6,6 +6,7 @@
 #include "cli/grid_file.h"
 #include "common/text.h"
 #include "operations/memo.h"
+#include "repository/rights.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -55,11 +56,13 @@ ExitStatus runMemo(Run& run, const MemoOptions& options) {
   if ((saves && !readFile(run, options.saveFile, text)) || !enterSystem(run, options.system) ||
       !openTable(run, options.table, detail))
     return kFailed;
-  const bool editable = !detail.readOnly && run.session.gCanEdit;
-  if (saves && !editable) return failure(run, fmt::format("このテーブルは編集できません.\n {}", detail.caption));
+  const Right right = mayChangeTable(run.session, detail.lblID.caption, TableChange::kFields);
+  if (saves && !right)
+    return failure(run, fmt::format("このテーブルは編集できません.\n {}\n{}", detail.caption, right.reason));
 
   frmMemo memo;
-  if (gGetMasTableMemo(run.session, run.host, memo, detail.lblID.caption, detail.lblSystemName.caption, editable))
+  if (gGetMasTableMemo(run.session, run.host, memo, detail.lblID.caption, detail.lblSystemName.caption,
+                       static_cast<bool>(right)))
     return kFailed;
   if (!saves) {
     putMemo(run.output, memo.Spread);

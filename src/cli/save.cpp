@@ -4,9 +4,11 @@
 
 #include "cli/console_session.h"
 #include "cli/grid_file.h"
+#include "cli/shown_rows.h"
 #include "common/text.h"
 #include "common/typed_cell.h"
 #include "editing/frm_tb_detail.h"
+#include "repository/rights.h"
 
 namespace quillmarden {
 
@@ -16,12 +18,16 @@ struct SaveOptions {
   std::string system;
   std::string table;
   std::string gridFile;
+  bool over = false;
+  bool yesRemove = false;
 };
 
 void addSaveOptions(OptionSet& set, SaveOptions& options) {
   addSystem(set, options.system);
   addTable(set, options.table);
   set.text("--grid", options.gridFile, "FILE", "項目のファイル(必須)。見出しなし、行末のセルは省略できる").required();
+  set.flag("--over", options.over, "表示の後に他で更新されていても、上書きする");
+  set.flag("--yes-remove", options.yesRemove, "半数を超える項目が削除されるときも、更新する");
 }
 
 namespace gridField = field_col;
@@ -68,9 +74,11 @@ ExitStatus runSave(Run& run, const SaveOptions& options) {
   if (!readFile(run, options.gridFile, text) || !enterSystem(run, options.system) ||
       !openTable(run, options.table, detail))
     return kFailed;
-  if (detail.readOnly || !run.session.gCanEdit)
-    return failure(run, fmt::format("このテーブルは編集できません.\n {}", detail.caption));
+  if (const Right right = mayChangeTable(run.session, detail.lblID.caption, TableChange::kFields); !right)
+    return failure(run, fmt::format("このテーブルは編集できません.\n {}\n{}", detail.caption, right.reason));
 
+  takeShownRows(run, detail);
+  detail.leave = {.asks = false, .over = options.over, .removal = options.yesRemove};
   GridText grid = parseGridText(text, detail.Spread);
   std::string fault = grid.fault;
   const std::vector<int> continued = continuedRows(detail.Spread, grid.rows);
@@ -84,7 +92,9 @@ ExitStatus runSave(Run& run, const SaveOptions& options) {
   for (int row = 1; row <= detail.Spread.maxRows(); ++row)
     detail.Spread.setText(field_col::kChanged, row, std::string(kChangedMark));
   detail.changed = true;
-  return CmdUpDate_Click(run.session, run.host, detail) ? kFailed : kDone;
+  if (CmdUpDate_Click(run.session, run.host, detail)) return kFailed;
+  keepShownRows(run, detail);
+  return kDone;
 }
 
 }  // namespace

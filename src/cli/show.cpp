@@ -1,6 +1,7 @@
 #include "cli/show.h"
 
 #include "cli/console_session.h"
+#include "cli/shown_rows.h"
 #include "editing/frm_tb_detail.h"
 
 namespace quillmarden {
@@ -88,6 +89,7 @@ ExitStatus runShow(Run& run, const ShowOptions& options) {
     run.output += '\n';
   }
   putFieldGrid(run.output, detail.Spread);
+  keepShownRows(run, detail);
   return kDone;
 }
 

@@ -165,7 +165,7 @@ ExitStatus runSystem(Run& run, const SystemOptions& options) {
   if (!openSystem(run, options, screen)) return kFailed;
   const auto& sets = options.sets;
   if (options.isNew || !sets.empty()) {
-    if (!screen.cmdOK.enabled) return failure(run, "guestでは、変更できません.");
+    if (const Right right = mayChangeRecord(run.session, screen); !right) return failure(run, right.reason);
     for (const std::string& setting : sets)
       if (!takeSetting(run, screen, setting)) return kFailed;
     const bool renames = std::any_of(sets.begin(), sets.end(), [](const std::string& setting) {

@@ -189,12 +189,9 @@ bool saveEntries(Run& run, const std::string& file, frmDivision& screen, const V
 
 ExitStatus saveList(Run& run, const ValueListOptions& options, frmDivision& screen,
                     const std::optional<ValueListItem>& item) {
-  if (!run.session.gCanEdit)
-    return failure(run, fmt::format("この値リストは編集できません.\n 値名称 : {}", options.list));
-  if (item && !equalsNoCase(item->system, run.session.gCurrentSystemName)) {
-    return failure(
-        run, fmt::format("{}\nのシステムで定義されたものです.\nこのシステムで修正する権限がありません.", item->system));
-  }
+  const std::string& system = run.session.gCurrentSystemName;
+  if (const Right right = mayChangeList(run.session, item ? item->system : system); !right)
+    return failure(run, fmt::format("この値リストは編集できません.\n 値名称 : {}\n{}", options.list, right.reason));
   std::string text;
   if (!options.saveFile.empty() && !readFile(run, options.saveFile, text)) return kFailed;
   frmDiviInfo info;

@@ -32,8 +32,8 @@ ElidedLabel* shown(Binder& binder, const char* name, ElidedLabel* label, const T
 }
 
 /// A mark: its words stand there while the record says so and a table is on show.
-void addMark(View& view, QHBoxLayout* row, const char* name, const char* words, const char* toolTip,
-             const frmTBDetail& record, const bool& visible) {
+QLabel* addMark(View& view, QHBoxLayout* row, const char* name, const char* words, const char* toolTip,
+                const frmTBDetail& record, const bool& visible) {
   auto* mark = new QLabel(QString::fromUtf8(words));
   mark->setObjectName(QString::fromUtf8(name));
   mark->setProperty("role", "mark");
@@ -44,14 +44,18 @@ void addMark(View& view, QHBoxLayout* row, const char* name, const char* words, 
     const bool wanted = visible && !record.lblID.caption.empty();
     if (mark->isHidden() == wanted) mark->setVisible(wanted);
   });
+  return mark;
 }
 
 void addMarks(View& view, QHBoxLayout* row, const frmTBDetail& record) {
   const auto mark = [&](const char* name, const char* words, const char* toolTip, const bool& visible) {
-    addMark(view, row, name, words, toolTip, record, visible);
+    return addMark(view, row, name, words, toolTip, record, visible);
   };
   mark("picRen", "変更あり", "画面の内容は、まだ保存されていません.", record.picRen.visible);
-  mark("picEdit", "編集不可", "このテーブルは、参照のみ行えます.", record.picEdit.visible);
+  QLabel* locked = mark("picEdit", "編集不可", "このテーブルは、参照のみ行えます.", record.picEdit.visible);
+  view.binder().onRefresh([locked, &record] {
+    locked->setToolTip(QStringLiteral("このテーブルは、参照のみ行えます.\n") + toQt(record.whyReadOnly));
+  });
   mark("lblAllSystem", "全システム共通", "全システム共通のテーブルです.", record.lblAllSystem.visible);
   mark("PicReverse", "リバース", "データベースから読み込まれた定義です.", record.PicReverse.visible);
   mark("PicPmark", "個人情報", "個人情報を含むテーブルです.", record.PicPmark.visible);

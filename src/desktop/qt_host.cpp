@@ -16,6 +16,7 @@
 
 #include "common/paths.h"
 #include "desktop/binder.h"
+#include "desktop/choice.h"
 #include "desktop/icons.h"
 #include "desktop/view.h"
 
@@ -100,6 +101,11 @@ QtHost::QtHost(Turn& turn, const Places& places) : wait(turn) {
   host.dialogs.message = [&turn](std::string_view text, int style, std::string_view title) {
     turn.refresh();  // what the message speaks of is to be seen behind it
     return showMessage(text, style, title);
+  };
+  host.dialogs.choose = [&turn](std::string_view text, std::string_view details, const std::vector<std::string>& ways,
+                                std::string_view title) {
+    turn.refresh();
+    return showChoice(text, details, ways, title);
   };
   host.dialogs.waitText = [this](std::string_view text) { wait.setText(text); };
   host.dialogs.progress = [this](long done, long total) { wait.setProgress(done, total); };

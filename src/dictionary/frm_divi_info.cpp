@@ -98,6 +98,12 @@ void writeRecord(Session& session, Host& host, const DivisionRecord& record, con
 
 }  // namespace
 
+Right mayChangeList(Session& session, std::string_view owner) {
+  if (!equalsNoCase(trim(owner), trim(session.gCurrentSystemName)))
+    return {joinLines({owner, "のシステムで定義されたものです.", "このシステムで修正する権限がありません."})};
+  return mayChangeSystem(session, owner);
+}
+
 void gClearForm(frmDiviInfo& screen) {
   screen = frmDiviInfo{};
   screen.CmbClass.entries = {"フラグ", "区分"};
@@ -152,6 +158,7 @@ bool pChkDivisionInfo(Session& session, Host& host, frmDiviInfo& screen) {
 }
 
 bool pPutDivisionInfo(Session& session, Host& host, frmDiviInfo& screen) {
+  if (refused(host, mayChangeList(session, screen.lblSystemName.caption))) return true;
   const DivisionRecord record = divisionRecord(screen);
   try {
     inTransaction(*session.gDB, [&] { writeRecord(session, host, record, screen.lblOld.caption); });
@@ -166,8 +173,7 @@ bool pPutDivisionInfo(Session& session, Host& host, frmDiviInfo& screen) {
 }
 
 bool cmdOK_Click(Session& session, Host& host, frmDiviInfo& screen) {
-  if (!session.gCanEdit || pChkDivisionInfo(session, host, screen) || pPutDivisionInfo(session, host, screen))
-    return true;
+  if (pChkDivisionInfo(session, host, screen) || pPutDivisionInfo(session, host, screen)) return true;
   screen.unloaded = true;
   return false;
 }

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "repository/rights.h"
 #include "repository/session.h"
 #include "screen/controls.h"
 #include "screen/host.h"
@@ -37,6 +38,10 @@ struct frmDiviInfo {
   bool saved = false;
   bool unloaded = false;
 };
+
+/// Whether a value list of this System may be changed: that of another System than the current one can be read here and
+/// no more.
+Right mayChangeList(Session& session, std::string_view owner);
 
 /// Empties the screen for a new list.
 void gClearForm(frmDiviInfo& screen);

@@ -99,15 +99,9 @@ void show(Session& session, frmDivision& screen, const ValueListItem& item) {
   screen.lblKata.caption = item.type;
   screen.TxtMemo.text = item.memo;
   screen.owner = item.system;
-  const bool editable = canSave(session, screen);
-  if (editable) grid.setMaxRows(grid.maxRows() + kSpareRows);
-  grid.lockAll(!editable);
+  if (canSave(session, screen)) grid.setMaxRows(grid.maxRows() + kSpareRows);
   screen.block = {};
-  screen.CmdUpDate.enabled = editable;
-  // A Yes/No list answers these in words.
-  const bool answered = editable || (session.gCanEdit && isYesNo(item.type));
-  for (MenuItem* entry : {&screen.mnuSpreadClear, &screen.mnuSpreadAdd, &screen.mnuSpreadDel})
-    entry->enabled = answered;
+  refreshRights(session, screen);
   setChanged(screen, false);
 }
 
@@ -121,14 +115,6 @@ int rowOnShow(const frmDivision& screen) {
   for (int row = 0; row < screen.lstDivision.count(); ++row)
     if (isShown(screen, splitValueListRow(screen.lstDivision.rows[static_cast<std::size_t>(row)]))) return row;
   return -1;
-}
-
-/// Another System's list can be read here and no more; says so.
-bool isOthers(const Session& session, Host& host, const ValueListItem& item) {
-  if (equalsNoCase(item.system, session.gCurrentSystemName)) return false;
-  gMsgBox(host, joinLines({item.system, "のシステムで定義されたものです.", "このシステムで修正する権限がありません."}),
-          kOkOnly | kStopIcon);
-  return true;
 }
 
 }  // namespace
@@ -176,10 +162,21 @@ void frmDivision_Load(Session& session, Host& host, frmDivision& screen) {
   screen.TxtMemo.locked = true;
   screen.lblRange.caption = kDivisionRange;
   screen.lblEdit.caption = "編集不可";
-  screen.picEdit.visible = !session.gCanEdit;
-  for (MenuItem* entry : {&screen.mnuAdd, &screen.mnuEdit, &screen.mnuDelete}) entry->enabled = session.gCanEdit;
   show(session, screen, {});
   pGetDivisionList(session, host, screen);
+}
+
+void refreshRights(const Session& session, frmDivision& screen) {
+  const bool ofSystem = session.gCanEdit;
+  screen.picEdit.visible = !ofSystem;
+  for (MenuItem* entry : {&screen.mnuAdd, &screen.mnuEdit, &screen.mnuDelete}) entry->enabled = ofSystem;
+  const bool editable = canSave(session, screen);
+  screen.Spread.lockAll(!editable);
+  screen.CmdUpDate.enabled = editable;
+  // A Yes/No list answers these in words.
+  const bool answered = editable || (isYesNo(screen.lblKata.caption) && ofSystem);
+  for (MenuItem* entry : {&screen.mnuSpreadClear, &screen.mnuSpreadAdd, &screen.mnuSpreadDel})
+    entry->enabled = answered;
 }
 
 bool pGetDivisionList(Session& session, Host& host, frmDivision& screen) {
@@ -241,7 +238,7 @@ void mnuAdd_Click(Session& session, Windows& windows, frmDiviInfo& info) {
 
 void mnuEdit_Click(Session& session, Host& host, Windows& windows, frmDivision& screen, frmDiviInfo& info) {
   const ValueListItem item = splitValueListRow(screen.lstDivision.text());
-  if (!item.name.empty() && isOthers(session, host, item)) return;
+  if (!item.name.empty() && refused(host, mayChangeList(session, item.system))) return;
   if (pGetDivisionInfo(session, host, info, item.name)) return;
   if (windows.show) windows.show("frmDiviInfo");
 }
@@ -262,7 +259,7 @@ void frmDiviInfo_Unload(Session& session, Host& host, frmDivision& screen, const
 
 void mnuDelete_Click(Session& session, Host& host, frmDivision& screen) {
   const ValueListItem item = splitValueListRow(screen.lstDivision.text());
-  if (item.name.empty() || !session.gCanEdit || isOthers(session, host, item)) return;
+  if (item.name.empty() || refused(host, mayChangeList(session, item.system))) return;
   if (gMsgBox(host, joinLines({"値リストを削除します.", "復活は、データベースを直接編集してください."}),
               kYesNo | kWarningIcon | kDefaultSecond, "削除確認") != kYes)
     return;

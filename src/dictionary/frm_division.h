@@ -93,6 +93,8 @@ std::string divisionListSql(const frmDivision& screen, std::string_view system);
 void frmDivision_Load(Session& session, Host& host, frmDivision& screen);
 /// Rebuilds lstDivision; the chosen row stays chosen. True on failure, after its message; the list is then as it was.
 bool pGetDivisionList(Session& session, Host& host, frmDivision& screen);
+/// The commands follow gCanEdit; what is being typed stays.
+void refreshRights(const Session& session, frmDivision& screen);
 void CmdFind_Click(Session& session, Host& host, frmDivision& screen);
 /// Shows the chosen list; asks first when the one on show has unsaved changes. True when it was not shown.
 bool lstDivision_Click(Session& session, Host& host, frmDivision& screen);

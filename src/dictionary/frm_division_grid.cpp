@@ -123,6 +123,7 @@ bool pChkDivision(Host& host, const frmDivision& screen) {
 }
 
 bool CmdUpDate_Click(Session& session, Host& host, frmDivision& screen) {
+  if (!screen.lblAtai.caption.empty() && refused(host, mayChangeList(session, screen.owner))) return true;
   if (!screen.CmdUpDate.enabled || pChkDivision(host, screen)) return true;
   if (gMsgBox(host, "登録内容を更新します.", kYesNo | kQuestionIcon) != kYes) return true;
   try {

@@ -37,6 +37,7 @@ void tableInfoSaved(Session& session, Host& host, frmTBDetail& screen, std::stri
     return;
   }
   try {
+    refreshRights(session, host, screen);
     pGet_TableID2TableInfo(session, host, screen, id);
     putCaption(screen);
   } catch (const EngineError& error) {

@@ -25,6 +25,9 @@ inline constexpr std::string_view kSecondForm = "yyyy/mm/dd hh:nn:ss";
 std::string selectColumns(Database& database, std::string_view table, std::string_view alias,
                           std::span<const std::string_view> columns);
 
+/// The columns of a field row that the grid shows, ROWNO first.
+std::span<const std::string_view> fieldColumns();
+
 /// Whether the Repository's table has the column.
 bool hasColumn(Database& database, std::string_view table, std::string_view column);
 

@@ -12,6 +12,7 @@
 #include "common/text.h"
 #include "editing/detail_parts.h"
 #include "editing/frm_tb_detail_edit.h"
+#include "repository/rights.h"
 
 namespace quillmarden {
 
@@ -83,6 +84,7 @@ bool isFileLinkCell(const frmTBDetail& screen, int number, int row) {
 
 bool linkFile(Session& session, Host& host, frmTBDetail& screen, int number, int row, std::string_view file) {
   if (!editable(screen) || !isFileLinkCell(screen, number, row) || !gFileExists(host, file, true)) return true;
+  if (refused(host, mayChangeTable(session, screen.lblID.caption, TableChange::kFields))) return true;
   std::string text(trim(file));
   if (session.gCurrentSystem.fileLinkCopy) text = copyBeside(session, host, screen, toPath(text));
   if (text.empty()) return true;

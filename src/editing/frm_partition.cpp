@@ -4,6 +4,7 @@
 #include "common/text.h"
 #include "editing/detail_parts.h"
 #include "engine/sql_text.h"
+#include "repository/rights.h"
 
 namespace quillmarden {
 
@@ -35,7 +36,8 @@ bool putPartition(Session& session, Host& host, frmTBDetail& screen, const std::
 }  // namespace
 
 bool mnuPartition_Click(Session& session, Host& host, frmTBDetail& screen, const GridSelection& selection) {
-  if (!editable(screen) || !screen.mnuPartition.visible) return true;
+  if (!screen.mnuPartition.visible || refused(host, mayChangeTable(session, screen.lblID.caption))) return true;
+  if (!editable(screen)) return true;
   if (selection.size() > 1) {
     gMsgBox(host, "複数の選択はできません.");
     return true;
@@ -54,7 +56,8 @@ bool mnuPartition_Click(Session& session, Host& host, frmTBDetail& screen, const
 }
 
 bool cmdPartition_Click(Session& session, Host& host, frmTBDetail& screen) {
-  if (!editable(screen) || !screen.cmdPartition.enabled) return true;
+  if (!screen.cmdPartition.enabled || refused(host, mayChangeTable(session, screen.lblID.caption))) return true;
+  if (!editable(screen)) return true;
   const std::string text = joinLines({"Partitionの設定を解除します.", " " + screen.txtPartitionRead.text});
   if (gMsgBox(host, text, kYesNo | kQuestionIcon | kDefaultSecond, "確認") != kYes) return true;
   return putPartition(session, host, screen, "");

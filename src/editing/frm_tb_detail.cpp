@@ -1,10 +1,16 @@
 #include "editing/frm_tb_detail.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <set>
+
 #include "common/message.h"
 #include "common/numbers.h"
 #include "common/text.h"
 #include "editing/detail_parts.h"
 #include "editing/validation.h"
+#include "repository/rights.h"
 
 namespace quillmarden {
 
@@ -15,6 +21,22 @@ bool checkGrid(Session& session, Host& host, frmTBDetail& screen) {
   if (screen.mode == DetailMode::Member) return pChkMemberDetails(session, host, screen);
   if (screen.lblBunrui.caption == "VIEW") return pChkViewDetails(session, host, screen);
   return pChkTableDetails(session, host, screen);
+}
+
+/// Tells of a save that would take most rows away. True when it is not to go on.
+bool keepsRows(Host& host, const frmTBDetail& screen) {
+  std::set<long> kept;
+  for (int row = 1; row <= screen.Spread.maxRows(); ++row)
+    if (isKept(screen, row)) kept.insert(screen.Spread.rowTag(row));
+  const auto all = static_cast<long>(screen.loaded.rows.size());
+  const auto gone = std::count_if(screen.loaded.rows.begin(), screen.loaded.rows.end(),
+                                  [&](const auto& row) { return !kept.contains(row.first); });
+  if (gone * 2 <= all || screen.leave.removal) return false;
+  const std::string text = fmt::format("{}件の項目のうち、{}件が削除されます.", all, gone);
+  if (screen.leave.asks)
+    return gMsgBox(host, text + "\n削除しますか?", kYesNo | kWarningIcon | kDefaultSecond, "削除確認") != kYes;
+  gMsgBox(host, text + "\n更新していません.", kOkOnly | kStopIcon, "削除確認");
+  return true;
 }
 
 }  // namespace
@@ -72,8 +94,10 @@ void pPutWaitMsg(Host& host, frmTBDetail& screen, bool show, std::string_view te
 }
 
 bool CmdUpDate_Click(Session& session, Host& host, frmTBDetail& screen) {
-  if (!screen.CmdUpDate.enabled) return true;
-  if (checkGrid(session, host, screen)) return true;
+  if (!screen.CmdUpDate.enabled && screen.whyReadOnly.empty()) return true;
+  if (refused(host, mayChangeTable(session, screen.lblID.caption, TableChange::kFields)) || !screen.CmdUpDate.enabled)
+    return true;
+  if (checkGrid(session, host, screen) || keepsRows(host, screen)) return true;
   if (gMsgBox(host, "登録内容を更新します.", kYesNo | kQuestionIcon, "確認") != kYes) return true;
   const bool failed =
       screen.mode == DetailMode::Prj ? pPutPrjDetails(session, host, screen) : pPutTableDetails(session, host, screen);

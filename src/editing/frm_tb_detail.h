@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "editing/grid_undo.h"
+#include "editing/loaded_rows.h"
 #include "repository/session.h"
 #include "screen/cell_block.h"
 #include "screen/controls.h"
@@ -57,6 +58,14 @@ struct DetailStatements {
   std::string prjFields;
   bool fieldsHavePmark = false;     ///< MAS_TABLEDETAILES has the column
   bool prjFieldsHavePmark = false;  ///< MAS_PRJINFO has it
+};
+
+/// What a save may do that loses rows. On a screen the person is asked; where nobody is, what is not allowed is
+/// refused.
+struct SaveLeave {
+  bool asks = true;
+  bool over = false;     ///< over the rows that somebody else has saved since the load
+  bool removal = false;  ///< of all rows, or more than half of them
 };
 
 /// The detail screen: one table's header and its field grid. Generators and workbooks read a table from here
@@ -117,9 +126,12 @@ struct frmTBDetail {
   int activeCol = 1;
   std::vector<CellBlock> selection;  ///< the selected blocks; the view keeps it up to date
   GridUndo undo;                     ///< the editing since the load
+  LoadedRows loaded;                 ///< the field rows that the grid was filled from
+  SaveLeave leave;                   ///< what a save may do without a question
   // --- mode flags, set by the load
   DetailMode mode = DetailMode::Table;
   bool readOnly = false;
+  std::string whyReadOnly;        ///< the reason, in lines; "" for a table that may be changed
   bool tableHasPmark = false;     ///< MAS_TABLEINFO has the column
   bool detailsHavePmark = false;  ///< the field rows have it
   bool pmarkAtLoad = false;
@@ -133,6 +145,12 @@ struct frmTBDetail {
 
 /// Loads a table. True on failure: no such table. A cell that cannot be read stays empty.
 bool pGet_TableID2TableDetails(Session& session, Host& host, frmTBDetail& screen, std::string_view tableId);
+/// Brings the screen up to the rights on its table as they are now, where these have changed: the table is loaded anew,
+/// or, with unsaved rows, these stay on show and the commands follow.
+void refreshRights(Session& session, Host& host, frmTBDetail& screen);
+/// Fills the grid with the numbers, places and texts of these rows, as a load of them would have: enough to tell rows
+/// apart, and texts that a line of a file can't hold. Figures stay out.
+void showFormerRows(frmTBDetail& screen, const LoadedRows& rows);
 /// Loads the header. True when the row does not exist.
 bool pGet_TableID2TableInfo(Session& session, Host& host, frmTBDetail& screen, std::string_view tableId);
 
@@ -143,7 +161,9 @@ void pSet_Spread4Prj(Session& session, frmTBDetail& screen, bool keepWidths);
 void pSet_Spread4Fixed(Session& session, frmTBDetail& screen, bool keepWidths);
 
 /// Saves the grid in one transaction, then recomputes length and capacity. True on failure, after its message;
-/// the Repository then keeps the former rows. References and indexes follow their fields to new numbers.
+/// the Repository then keeps the former rows. References and indexes follow their fields to new numbers. Rows that
+/// somebody else has saved since the load are told with what differs: the person loads them, saves over them, or goes
+/// on editing.
 bool pPutTableDetails(Session& session, Host& host, frmTBDetail& screen);
 /// The same for the rows of a PG管理 table.
 bool pPutPrjDetails(Session& session, Host& host, frmTBDetail& screen);

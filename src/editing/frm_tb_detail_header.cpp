@@ -3,6 +3,7 @@
 #include "common/numbers.h"
 #include "common/text.h"
 #include "editing/detail_parts.h"
+#include "repository/rights.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -47,44 +48,46 @@ enum HeaderColumn {
   kPeriods,
   kExpectedPeriods,
   kEditable,
+  kDeleted,
 };
 
-constexpr std::array<std::string_view, kEditable + 1> kHeaderColumns = {"テーブル名",
-                                                                        "日本語名",
-                                                                        "システム名",
-                                                                        "略名",
-                                                                        "分類",
-                                                                        "格納先",
-                                                                        "ファイル種別",
-                                                                        "データ分類",
-                                                                        "作成間隔",
-                                                                        "SQL文初回作成日",
-                                                                        "SQL文最新作成日",
-                                                                        "作成回数",
-                                                                        "チェックポイント日付",
-                                                                        "概要",
-                                                                        "ORA_INITIAL",
-                                                                        "ORA_NEXT",
-                                                                        "ORA_MINEXTENTS",
-                                                                        "ORA_MAXEXTENTS",
-                                                                        "ORA_PCTINCREASE",
-                                                                        "ORA_PCTFREE",
-                                                                        "ORA_PCTUSED",
-                                                                        "ORA_TABLESPASE",
-                                                                        "データ入力元",
-                                                                        "画面名等",
-                                                                        "reffile",
-                                                                        "partition_field",
-                                                                        "全システム共通",
-                                                                        "REVERSE_DB",
-                                                                        "pmark",
-                                                                        "brinindex",
-                                                                        "inttriggerflg",
-                                                                        "現在数",
-                                                                        "想定数",
-                                                                        "現在保持",
-                                                                        "想定保持",
-                                                                        "修正許可"};
+constexpr std::array<std::string_view, kDeleted + 1> kHeaderColumns = {"テーブル名",
+                                                                       "日本語名",
+                                                                       "システム名",
+                                                                       "略名",
+                                                                       "分類",
+                                                                       "格納先",
+                                                                       "ファイル種別",
+                                                                       "データ分類",
+                                                                       "作成間隔",
+                                                                       "SQL文初回作成日",
+                                                                       "SQL文最新作成日",
+                                                                       "作成回数",
+                                                                       "チェックポイント日付",
+                                                                       "概要",
+                                                                       "ORA_INITIAL",
+                                                                       "ORA_NEXT",
+                                                                       "ORA_MINEXTENTS",
+                                                                       "ORA_MAXEXTENTS",
+                                                                       "ORA_PCTINCREASE",
+                                                                       "ORA_PCTFREE",
+                                                                       "ORA_PCTUSED",
+                                                                       "ORA_TABLESPASE",
+                                                                       "データ入力元",
+                                                                       "画面名等",
+                                                                       "reffile",
+                                                                       "partition_field",
+                                                                       "全システム共通",
+                                                                       "REVERSE_DB",
+                                                                       "pmark",
+                                                                       "brinindex",
+                                                                       "inttriggerflg",
+                                                                       "現在数",
+                                                                       "想定数",
+                                                                       "現在保持",
+                                                                       "想定保持",
+                                                                       "修正許可",
+                                                                       "削除フラグ"};
 
 std::string minuteText(std::string_view stored) {
   const auto moment = parseDateTime(stored);
@@ -157,7 +160,15 @@ bool pGet_TableID2TableInfo(Session& session, Host& host, frmTBDetail& screen, s
   showTexts(screen, row);
   showFigures(screen, row);
   showMarks(screen, row);
-  screen.readOnly = !session.gCurrentSystem.editAllowed || (!row.isNull(kEditable) && row.integer(kEditable) == 0);
+  screen.whyReadOnly = mayChangeTable(session,
+                                      {.name = row.text(kTableName),
+                                       .system = row.text(kSystemName),
+                                       .kind = row.text(kKind),
+                                       .editable = row.isNull(kEditable) || row.integer(kEditable) != 0,
+                                       .deleted = row.integer(kDeleted) != 0},
+                                      TableChange::kFields)
+                           .reason;
+  screen.readOnly = !screen.whyReadOnly.empty();
   screen.picEdit.visible = screen.readOnly;
   return false;
 }

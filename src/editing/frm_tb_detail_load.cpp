@@ -8,6 +8,7 @@
 #include "common/typed_cell.h"
 #include "editing/detail_parts.h"
 #include "relations/index.h"
+#include "repository/rights.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -116,6 +117,8 @@ void clearForLoad(Session& session, frmTBDetail& screen, std::string_view tableI
   screen.lblSystemName.backColour.reset();
   screen.lblSystemName.foreColour.reset();
   screen.lblID.caption = trim(tableId);
+  screen.whyReadOnly.clear();
+  screen.loaded = {};
   screen.picRen.visible = false;
   screen.PicPmark.visible = false;
   screen.lblAllSystem.visible = false;
@@ -126,23 +129,17 @@ void clearForLoad(Session& session, frmTBDetail& screen, std::string_view tableI
   screen.TxtMemo.text.clear();
 }
 
-/// Adds what the current System says to the table's own rights, and sets the commands. A run over many tables
-/// looks at them only.
-bool decideRights(const Session& session, frmTBDetail& screen) {
-  screen.CmdER.enabled = true;
-  if (screen.mode != DetailMode::Member && screen.mode != DetailMode::FixedValue) {
-    if (session.gCurrentSystemName == kAllSystems) {
-      screen.readOnly = true;
-    } else if (screen.lblSystemName.caption != session.gCurrentSystemName &&
-               !equalsNoCase(trim(screen.lblSystemName.caption), trim(session.gCurrentSystemName))) {
-      screen.readOnly = true;
-      screen.lblSystemName.backColour = 0x80FFFF;
-      screen.lblSystemName.foreColour = 0x400000;
-      screen.CmdER.enabled = false;
-    }
+/// Shows what the rights on the table allow. A run over many tables looks at them only.
+bool showRights(const Session& session, frmTBDetail& screen) {
+  const bool common = screen.mode == DetailMode::Member || screen.mode == DetailMode::FixedValue;
+  const bool others = !common && session.gCurrentSystemName != kAllSystems &&
+                      !equalsNoCase(trim(screen.lblSystemName.caption), trim(session.gCurrentSystemName));
+  if (others) {
+    screen.lblSystemName.backColour = 0x80FFFF;
+    screen.lblSystemName.foreColour = 0x400000;
   }
+  screen.CmdER.enabled = !others;
   const bool locked = screen.readOnly || screen.batch;
-  screen.picEdit.visible = screen.readOnly;
   screen.mnuEditing.enabled = !locked;
   screen.CmdUpDate.enabled = !locked;
   screen.Txtbiko.locked = locked;
@@ -288,6 +285,9 @@ int targetRow(std::int64_t order, int lastRow) {
 
 void loadFields(Session& session, Host& host, frmTBDetail& screen, bool locked) {
   Recordset rows = openFields(session, screen);
+  // What is looked at alone is never saved.
+  if (!screen.batch) screen.loaded = loadedRows(rows);
+  if (rows.recordCount() > 0) rows.moveFirst();
   if (rows.eof()) {
     if (screen.mode == DetailMode::Member) putStandardMembers(session, screen.Spread);
     return;
@@ -329,7 +329,7 @@ bool load(Session& session, Host& host, frmTBDetail& screen, std::string_view ta
 
   putCaption(screen);
   screen.mode = modeOf(screen.lblFileType.caption);
-  const bool locked = decideRights(session, screen);
+  const bool locked = showRights(session, screen);
   prepareSpread(session, screen, locked);
   const bool access = screen.mode == DetailMode::Table && screen.lblFileType.caption == "Access";
   screen.cmdOpenMDBFile.visible = screen.cmdOpenMDBFolder.visible = access;
@@ -341,12 +341,57 @@ bool load(Session& session, Host& host, frmTBDetail& screen, std::string_view ta
 
 }  // namespace
 
+std::span<const std::string_view> fieldColumns() { return kFieldColumns; }
+
 void putCaption(frmTBDetail& screen) {
   const std::string& japanese = screen.txtTableNameJPN.text;
   const std::string& physical = screen.txtTableNameENG.text;
   screen.caption = japanese.empty() ? physical : japanese + " : " + physical;
   const std::string& file = screen.txtRefFileNameRead.text;
   if (!file.empty()) screen.caption += " [ " + file + " ] ";
+}
+
+void showFormerRows(frmTBDetail& screen, const LoadedRows& rows) {
+  const auto place = [](std::string_view column) {
+    const auto& columns = loadedColumns();
+    return static_cast<std::size_t>(std::find(columns.begin(), columns.end(), column) - columns.begin());
+  };
+  const std::size_t order = place("表示順");
+  std::vector<std::pair<long, const std::vector<Value>*>> sorted;
+  for (const auto& [number, row] : rows.rows) sorted.emplace_back(number, &row);
+  std::stable_sort(sorted.begin(), sorted.end(), [&](const auto& left, const auto& right) {
+    return toInteger((*left.second)[order]) < toInteger((*right.second)[order]);
+  });
+  Spread& grid = screen.Spread;
+  grid.setMaxRows(0);
+  int row = 0;
+  for (const auto& [number, values] : sorted) {
+    row = targetRow(toInteger((*values)[order]), row);
+    grid.setRowTag(row, number);
+    for (const PlainColumn& column : kPlainColumns)
+      if (column.from != kDomainName)
+        grid.setText(column.to, row, toText((*values)[place(kFieldColumns[column.from])]));
+    grid.setText(col::kType, row, toText((*values)[place(kFieldColumns[kType])]));
+    grid.setText(col::kOrder, row, threeDigits(row));
+  }
+}
+
+void refreshRights(Session& session, Host& host, frmTBDetail& screen) {
+  const std::string id = screen.lblID.caption;
+  if (id.empty() || screen.batch || mayChangeTable(session, id, TableChange::kFields).reason == screen.whyReadOnly)
+    return;
+  if (!screen.changed) {
+    pGet_TableID2TableDetails(session, host, screen, id);
+    return;
+  }
+  try {
+    pGet_TableID2TableInfo(session, host, screen, id);
+    putCaption(screen);
+    screen.Spread.lockAll(showRights(session, screen));
+    screen.columnsFor.clear();
+  } catch (const EngineError& error) {
+    tellError(session, host, "refreshRights", error);
+  }
 }
 
 bool pGet_TableID2TableDetails(Session& session, Host& host, frmTBDetail& screen, std::string_view tableId) {

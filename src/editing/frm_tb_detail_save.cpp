@@ -7,7 +7,9 @@
 #include "common/text.h"
 #include "editing/detail_parts.h"
 #include "editing/row_numbers.h"
+#include "editing/save_conflict.h"
 #include "operations/capacity.h"
+#include "repository/rights.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -36,11 +38,14 @@ struct Saving {
   Session& session;
   frmTBDetail& screen;
   bool prj = false;
+  bool namesLost = false;  ///< a save over somebody else's tells what has lost its field
   std::string now{};
   std::string computer{};
   FormerRows former{};
+  LoadedRows stored{};  ///< the same, as a load keeps them
   std::vector<KeptRow> kept{};
   RowNumbers numbers{};
+  std::vector<std::string> lost{};  ///< what pointed at fields that are no more
 };
 
 std::string_view tableOf(const Saving& saving) { return saving.prj ? "MAS_PRJINFO" : "MAS_TABLEDETAILES"; }
@@ -69,7 +74,10 @@ void readFormerRows(Saving& saving) {
   const std::string sql =
       "SELECT * FROM " + std::string(tableOf(saving)) + " WHERE ID = " + saving.screen.lblID.caption;
   Recordset rows = saving.session.gDB->openRecordset(sql);
+  saving.stored = loadedRows(rows);
+  if (rows.recordCount() > 0) rows.moveFirst();
   FormerRows& former = saving.former;
+  former = {};
   for (int i = 0; i < rows.fieldCount(); ++i) {
     former.places.emplace(toLower(rows.fieldName(i)), former.columns.size());
     former.columns.push_back(rows.fieldName(i));
@@ -121,12 +129,27 @@ bool keyOf(const Saving& saving, const KeptRow& kept) {
   return cell == kCheckMark || !isNumeric(cell) || gVal(cell) != 0;
 }
 
+/// A name of a stored row for a message.
+std::string formerName(const Saving& saving, long number) {
+  const auto row = saving.former.byNumber.find(number);
+  const auto text = [&](std::string_view column) {
+    const auto place = saving.former.places.find(std::string(column));
+    return place == saving.former.places.end() ? std::string() : toText(row->second[place->second]);
+  };
+  if (row == saving.former.byNumber.end()) return "";
+  const std::string name = text("項目名");
+  return name.empty() ? text("日本語名") : name;
+}
+
 /// A reference within the table follows its field to the new number, or goes with it.
-void followOwnReference(const Saving& saving, int row) {
+void followOwnReference(Saving& saving, int row) {
   Spread& grid = saving.screen.Spread;
   if (saving.numbers.unchanged() || trim(grid.text(col::kForeignTableId, row)) != saving.screen.lblID.caption) return;
   const long referred = static_cast<long>(gVal(grid.text(col::kForeignRowNo, row)));
   if (saving.numbers.isGone(referred)) {
+    if (saving.namesLost)
+      saving.lost.push_back("外部参照 " + saving.screen.txtTableNameENG.text + "." +
+                            std::string(grid.text(col::kFieldName, row)) + " : " + formerName(saving, referred));
     for (int column : {col::kForeign, col::kForeignTableId, col::kForeignRowNo}) grid.setText(column, row, "");
   } else {
     grid.setText(col::kForeignRowNo, row, std::to_string(saving.numbers.after(referred)));
@@ -228,17 +251,47 @@ void putTableMarks(Database& database, const frmTBDetail& screen) {
     database.execute("Update MAS_TABLEINFO  Set pmark = -1  Where ID = " + id + ";");
 }
 
-void writeTable(Saving& saving) {
+/// Whether the Repository still holds the rows that were loaded. Where only what they refer to has got another number
+/// or name, the grid follows.
+bool findsLoadedRows(Saving& saving) {
+  frmTBDetail& screen = saving.screen;
+  if (!screen.loaded.known || sameRows(screen.loaded, saving.stored)) return true;
+  if (!foreignKeysFollowed(screen.loaded, saving.stored)) return false;
+  rebase(screen.Spread, screen.loaded, saving.stored, screen.lblID.caption);
+  screen.loaded = saving.stored;
+  return true;
+}
+
+/// Writes the rows. False, with nothing written, when others are stored than were loaded.
+bool writeTable(Saving& saving) {
   Database& database = *saving.session.gDB;
   const std::string& id = saving.screen.lblID.caption;
+  saving.kept.clear();
+  saving.numbers = {};
   readFormerRows(saving);
+  if (!findsLoadedRows(saving)) return false;
   numberRows(saving);
+  if (saving.namesLost && !saving.prj)
+    saving.lost = pointersAtGone(database, id, saving.numbers, [&](long number) { return formerName(saving, number); });
   database.execute("Delete * From " + std::string(tableOf(saving)) + " Where ID = " + id + ";");
   insertGrid(saving);
-  if (saving.prj) return;
+  if (saving.prj) return true;
   followRowNumbers(database, id, saving.numbers);
   copyDomains(database, id);
   putTableMarks(database, saving.screen);
+  return true;
+}
+
+LastSaver lastSaver(const Saving& saving) {
+  LastSaver last;
+  const auto text = [&](const std::vector<Value>& row, std::string_view column) {
+    const auto place = saving.former.places.find(std::string(column));
+    return place == saving.former.places.end() ? std::string() : toText(row[place->second]);
+  };
+  for (const auto& [number, row] : saving.former.byNumber)
+    if (std::string moment = text(row, "更新年月日"); moment >= last.moment)
+      last = {text(row, "更新者"), std::move(moment)};
+  return last;
 }
 
 /// The grid as the Repository now knows it: a second save starts from these numbers.
@@ -251,6 +304,39 @@ void takeNewNumbers(Saving& saving) {
     saving.screen.pmarkAtLoad = saving.screen.PicPmark.visible;
   }
   saving.screen.undo.clear();  // its steps know the former numbers
+  saving.screen.loaded = {};   // the next load tells
+}
+
+enum class SaveResult { kWritten, kNotWritten, kTheirsLoaded };
+
+/// Writes the rows, after the message where they were not written.
+SaveResult write(Saving& saving, Host& host) {
+  frmTBDetail& screen = saving.screen;
+  std::vector<std::string> renewed;
+  for (;;) {
+    Right right;
+    bool written = false;
+    inTransaction(*saving.session.gDB, [&] {
+      right = mayChangeTable(saving.session, screen.lblID.caption, TableChange::kFields);
+      written = right && writeTable(saving);
+    });
+    if (refused(host, right)) return SaveResult::kNotWritten;
+    if (written) break;
+    pPutWaitMsg(host, screen, false, "");
+    const ConflictWay way = askConflict(host, screen, saving.stored, lastSaver(saving));
+    if (way == ConflictWay::kNone) return SaveResult::kNotWritten;
+    if (way == ConflictWay::kTheirs) {
+      const std::string id = screen.lblID.caption;
+      pGet_TableID2TableDetails(saving.session, host, screen, id);
+      return SaveResult::kTheirsLoaded;
+    }
+    for (std::string& name : rebase(screen.Spread, screen.loaded, saving.stored, screen.lblID.caption))
+      renewed.push_back(std::move(name));
+    screen.loaded = saving.stored;
+    saving.namesLost = true;
+  }
+  tellLost(host, renewed, saving.lost);
+  return SaveResult::kWritten;
 }
 
 bool save(Session& session, Host& host, frmTBDetail& screen, bool prj, std::string_view routine) {
@@ -259,12 +345,19 @@ bool save(Session& session, Host& host, frmTBDetail& screen, bool prj, std::stri
   saving.now = formatDateTime(host.clock.now(), kSecondForm);
   saving.computer = host.machine.computerName;
   const quillmarden::Spread before = screen.Spread;
+  const LoadedRows loaded = screen.loaded;
+  SaveResult result = SaveResult::kNotWritten;
   try {
-    inTransaction(*session.gDB, [&] { writeTable(saving); });
+    result = write(saving, host);
   } catch (const EngineError& error) {
-    screen.Spread = before;
     pPutWaitMsg(host, screen, false, "");
     tellError(session, host, routine, error);
+  }
+  if (result != SaveResult::kWritten) {
+    pPutWaitMsg(host, screen, false, "");
+    if (result == SaveResult::kTheirsLoaded) return true;
+    screen.Spread = before;
+    screen.loaded = loaded;
     return true;
   }
   takeNewNumbers(saving);

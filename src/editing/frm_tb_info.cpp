@@ -112,7 +112,7 @@ void showFigures(const Recordset& row, frmTBInfo& screen) {
 
 void showFlags(const Recordset& row, frmTBInfo& screen) {
   const auto flag = [&](std::string_view column) { return row.fieldIndex(column) >= 0 && row.integer(column) != 0; };
-  screen.ChkEditOK.value = row.isNull("修正許可") || flag("修正許可");
+  screen.ChkEditOK.value = screen.loadedEditOK = row.isNull("修正許可") || flag("修正許可");
   screen.ChkAllSystem.value = flag("全システム共通");
   screen.ChkRecUpdate.value = flag("レコード更新削除");
   screen.ChkReverse.value = screen.loadedReverse = flag("REVERSE_DB");
@@ -170,6 +170,20 @@ bool kindMustStay(Session& session, Host& host, frmTBInfo& screen) {
   return true;
 }
 
+Right mayChangeHeader(Session& session, const frmTBInfo& screen) {
+  const bool unlocks = !screen.loadedEditOK && screen.ChkEditOK.value;
+  if (screen.lblID.caption.empty()) return mayChangeSystem(session, screen.lblSystemName.caption);
+  return mayChangeTable(session, screen.lblID.caption, unlocks ? TableChange::kLock : TableChange::kDefinition);
+}
+
+void refreshRights(Session& session, frmTBInfo& screen) {
+  // A locked table can be unlocked here.
+  screen.cmdOK.enabled = screen.lblID.caption.empty()
+                             ? static_cast<bool>(mayChangeSystem(session, screen.lblSystemName.caption))
+                             : static_cast<bool>(mayChangeTable(session, screen.lblID.caption, TableChange::kLock));
+  screen.cmdMoveSystem.enabled = !screen.lblID.caption.empty() && mayChangeTable(session, screen.lblID.caption);
+}
+
 bool frmTBInfo_Load(Session& session, Host& host, frmTBInfo& screen, std::string_view tableId) {
   screen = {};
   screen.caption = "テーブル基本情報";
@@ -184,8 +198,7 @@ bool frmTBInfo_Load(Session& session, Host& host, frmTBInfo& screen, std::string
     return true;
   }
   showForms(session.gCurrentSystem, screen);
-  screen.cmdOK.enabled = session.gCanEdit;
-  screen.cmdMoveSystem.enabled = session.gCanEdit && !screen.lblID.caption.empty();
+  refreshRights(session, screen);
   screen.loading = false;
   screen.loadedInput = inputOf(screen);
   TxtRyaku_Change(session, host, screen);
@@ -239,7 +252,8 @@ bool cmdMoveSystem_Click(Session& session, Host& host, Windows& windows, frmTBIn
   const std::string& id = screen.lblID.caption;
   const std::string former = screen.lblSystemName.caption;
   const std::string wanted = screen.CmbMoveSystem.text;
-  if (!screen.cmdMoveSystem.enabled || id.empty() || trim(wanted).empty() || wanted == former) return true;
+  if (id.empty() || trim(wanted).empty() || refused(host, mayChangeTable(session, id))) return true;
+  if (wanted == former || refused(host, mayChangeSystem(session, wanted))) return true;
   try {
     if (const std::string fault = tableNameInUse(session, wanted, id, storedNames(*session.gDB, id)); !fault.empty()) {
       gMsgBox(host, fault + "\n " + wanted, kOkOnly | kWarningIcon, "入力確認");

@@ -62,7 +62,8 @@ struct frmTBInfo {
   Button cmdMoveSystem;
   // --- kept from the load
   bool loading = false;
-  std::string loadedJPN;  ///< with it a change of the name is seen
+  std::string loadedJPN;     ///< with it a change of the name is seen
+  bool loadedEditOK = true;  ///< the lock as it was loaded
   std::string loadedTableName;
   std::string loadedFileType;
   bool loadedReverse = false;
@@ -79,6 +80,8 @@ struct frmTBInfo {
 /// Fills the screen for a table, or for a new one of the current System with the ID "". True when there is no such
 /// table, after its message.
 bool frmTBInfo_Load(Session& session, Host& host, frmTBInfo& screen, std::string_view tableId);
+/// Save and move follow the rights as they are now.
+void refreshRights(Session& session, frmTBInfo& screen);
 
 /// Whether a person has changed what the save would write.
 bool isChanged(const frmTBInfo& screen);

@@ -10,6 +10,7 @@
 #include "common/text_file.h"
 #include "editing/frm_tb_info.h"
 #include "engine/sql_text.h"
+#include "repository/rights.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -95,6 +96,7 @@ void TxtRefFileName_Drop(Session& session, Host& host, frmTBInfo& screen, const 
     gMsgBox(host, fault);
     return;
   }
+  if (refused(host, mayChangeTable(session, screen.lblID.caption))) return;
   if (gMsgBox(host, "参照ファイルを、MDBフォルダ配下に複写します.", kYesNo | kQuestionIcon, "確認") != kYes) return;
   const fs::path file = toPath(files.front());
   if (const std::string reason = copyRefFile(session, host, file); !reason.empty()) {
@@ -114,7 +116,8 @@ void cmdRefFileOpen_Click(Session& session, Host& host, frmTBInfo& screen) {
 
 void cmdClearRefFile_Click(Session& session, Host& host, frmTBInfo& screen) {
   const std::string name(trim(screen.TxtRefFileName.text));
-  if (name.empty() || screen.lblID.caption.empty()) return;
+  if (name.empty() || screen.lblID.caption.empty() || refused(host, mayChangeTable(session, screen.lblID.caption)))
+    return;
   try {
     const Recordset others =
         session.gDB->openRecordset("SELECT  COUNT(a.ID) as CNT From MAS_TABLEINFO as a WHERE a.ID <> " +
@@ -136,9 +139,14 @@ void cmdFileMemo_Click(Session& session, Host& host, frmTBInfo& screen) {
     const std::string name = fmt::format("{:05}_MemoFile.txt", id);
     const fs::path file = toPath(gPathJoin(gGetRefFileFolder(session), name));
     std::error_code ignored;
-    if (!fs::exists(file, ignored) && !replaceFile(file, encodeText(memoText(host, screen, id))))
+    // A memo that is there may be read by anybody.
+    const bool isNew = !fs::exists(file, ignored);
+    const bool unset = trim(screen.TxtRefFileName.text).empty();
+    const Right right = mayChangeTable(session, screen.lblID.caption);
+    if (isNew && refused(host, right)) return;
+    if (isNew && !replaceFile(file, encodeText(memoText(host, screen, id))))
       throw EngineError(engine_error::kDiskOrNetwork, file.string());
-    if (trim(screen.TxtRefFileName.text).empty()) putRefFile(session, screen, name);
+    if (unset && right) putRefFile(session, screen, name);
     if (host.opener.openFile) host.opener.openFile(file);
   } catch (const EngineError& error) {
     tellFailure(session, host, "cmdFileMemo", error, "メモファイルの処理に失敗しました.",

@@ -185,6 +185,7 @@ std::string storedRyaku(const Session& session, std::string_view typed) {
 }
 
 bool pPutTableInfo(Session& session, Host& host, frmTBInfo& screen, bool cascade) {
+  if (refused(host, mayChangeHeader(session, screen))) return true;
   try {
     screen.lblID.caption = writeRow(session, host, screen);
     if (cascade) pUpdateForeignName(*session.gDB, screen.lblID.caption);
@@ -198,7 +199,8 @@ bool pPutTableInfo(Session& session, Host& host, frmTBInfo& screen, bool cascade
 }
 
 bool cmdOK_Click(Session& session, Host& host, Windows& windows, frmTBInfo& screen) {
-  if (!screen.cmdOK.enabled || !checked(session, host, screen)) return true;
+  if (refused(host, mayChangeHeader(session, screen))) return true;
+  if (!checked(session, host, screen)) return true;
   const bool cascade = wantsCascade(session, host, screen);
   if (!confirmed(session, host, screen)) return true;
   if (pPutTableInfo(session, host, screen, cascade)) return true;

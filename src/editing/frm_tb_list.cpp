@@ -232,6 +232,12 @@ void CmbSystem_Click(Session& session, Host& host, Windows& windows, frmTBList& 
   pGetTableList(session, host, screen);
 }
 
+void refreshRights(Session& session, Host& host, frmTBList& screen) {
+  const std::string system = session.gCurrentSystemName;
+  const bool named = !system.empty() && system != kAllSystems && system != kNewSystem;
+  applyRights(session, screen, system, named && selectSystem(session, host, system));
+}
+
 bool pGetTableList(Session& session, Host& host, frmTBList& screen, std::string_view selectId) {
   if (trim(screen.CmbSystem.text).empty()) {
     screen.LstTable.clear();

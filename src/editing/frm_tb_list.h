@@ -80,6 +80,8 @@ void frmTBList_Load(Session& session, Host& host, frmTBList& screen);
 void fillSystems(Session& session, frmTBList& screen);
 /// Makes a System current: record, connection, filter lists, rights; then the list.
 void CmbSystem_Click(Session& session, Host& host, Windows& windows, frmTBList& screen);
+/// The current System's rights as they are now, and the commands that follow them.
+void refreshRights(Session& session, Host& host, frmTBList& screen);
 /// Rebuilds LstTable; `selectId` is the row to select, "" for the one that was selected. True on failure, after its
 /// message; the list is then as it was.
 bool pGetTableList(Session& session, Host& host, frmTBList& screen, std::string_view selectId = "");

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "common/message.h"
 #include "common/names.h"
 #include "common/numbers.h"
@@ -5,6 +7,7 @@
 #include "editing/detail_parts.h"
 #include "editing/frm_tb_list.h"
 #include "engine/sql_text.h"
+#include "repository/rights.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -17,17 +20,21 @@ struct ChosenRow {
   std::string id;
 };
 
-/// The selected rows that are definitions of the System. Tables used from other Systems stand behind them and are
-/// not this System's to change.
 std::vector<ChosenRow> chosenRows(const frmTBList& screen) {
   std::vector<ChosenRow> rows;
-  for (int row = 0; row < screen.LstTable.count() && row < screen.rowCount; ++row) {
+  for (int row = 0; row < screen.LstTable.count(); ++row) {
     const auto place = static_cast<std::size_t>(row);
     const std::string& text = screen.LstTable.rows[place];
     if (screen.LstTable.selected[place] && isNumeric(tableListId(text)))
       rows.push_back({std::string(tableListName(text)), std::string(tableListId(text))});
   }
   return rows;
+}
+
+/// Tells why one of the rows may not be changed, the first of them; none is changed then.
+bool refusedAny(Session& session, Host& host, const std::vector<ChosenRow>& rows, TableChange change) {
+  return std::any_of(rows.begin(), rows.end(),
+                     [&](const ChosenRow& row) { return refused(host, mayChangeTable(session, row.id, change)); });
 }
 
 /// Runs the statement for each row; all of them or none. The text of the fault, "" for none.
@@ -51,9 +58,12 @@ std::string stamp(const Session& session, const Host& host) {
 }
 
 /// Asks, writes, and shows the list anew.
-void setFlag(Session& session, Host& host, frmTBList& screen, std::string_view question, const std::string& set) {
+void setFlag(Session& session, Host& host, frmTBList& screen, std::string_view question, const std::string& set,
+             TableChange change = TableChange::kDefinition) {
   const std::vector<ChosenRow> rows = chosenRows(screen);
-  if (rows.empty() || gMsgBox(host, question, kYesNo | kQuestionIcon, "確認") != kYes) return;
+  if (rows.empty() || refusedAny(session, host, rows, change) ||
+      gMsgBox(host, question, kYesNo | kQuestionIcon, "確認") != kYes)
+    return;
   const std::string fault = updateRows(session, host, rows, set + stamp(session, host));
   if (!fault.empty()) gMsgBox(host, joinLines({"エラーです.", "  " + fault}), kOkOnly, "こまった");
   pGetTableList(session, host, screen);
@@ -63,7 +73,7 @@ void setFlag(Session& session, Host& host, frmTBList& screen, std::string_view q
 
 void mnuDelete_Click(Session& session, Host& host, frmTBList& screen) {
   const std::vector<ChosenRow> rows = chosenRows(screen);
-  if (rows.empty()) return;
+  if (rows.empty() || refusedAny(session, host, rows, TableChange::kDefinition)) return;
   std::string question = "選択された";
   for (const ChosenRow& row : rows) question.append("\n  [").append(row.name).append("]");
   question += "\nを削除します.";
@@ -78,7 +88,7 @@ void mnuDelete_Click(Session& session, Host& host, frmTBList& screen) {
 
 void mnutbEdit_Click(Session& session, Host& host, frmTBList& screen, bool editable) {
   setFlag(session, host, screen, editable ? "編集可にします." : "編集不可にします.",
-          editable ? "修正許可 = True" : "修正許可 = False");
+          editable ? "修正許可 = True" : "修正許可 = False", TableChange::kLock);
 }
 
 void mnuUpDateAllSystem_Click(Session& session, Host& host, frmTBList& screen) {

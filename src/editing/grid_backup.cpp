@@ -82,6 +82,7 @@ GridCopy copyOf(const Session& session, Host& host, const frmTBDetail& screen) {
   copy.head.user = session.gLoginUser;
   copy.head.time = formatDateTime(host.clock.now(), kSecondForm);
   copy.personal = screen.PicPmark.visible;
+  copy.loaded = screen.loaded;
   copy.rows = screen.Spread.rows(1, screen.Spread.maxRows());
   return copy;
 }
@@ -137,6 +138,8 @@ bool restore(Session& session, Host& host, const GridLeftOver& leftOver, frmTBDe
     return true;
   if (copy->personal) mnuPmark_Click(screen);
   putRows(screen, std::move(copy->rows));
+  // A save of them is held against what they were made from.
+  if (copy->loaded.known) screen.loaded = std::move(copy->loaded);
   screen.undo.clear(false);
   screen.changed = true;
   screen.picRen.visible = true;

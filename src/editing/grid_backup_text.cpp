@@ -104,6 +104,8 @@ bool takeHead(GridCopy& copy, std::string& form, std::string& tags, std::string_
     copy.head.user = value;
   else if (name == "personal")
     copy.personal = value == "1";
+  else if (name == "loaded")
+    copy.loaded = parseLoadedRows(value).value_or(LoadedRows{});
   else if (name == "tags")
     tags = value;
   else
@@ -125,6 +127,7 @@ std::string gridCopyText(const GridCopy& copy) {
   line(text, "time", copy.head.time);
   line(text, "user", copy.head.user);
   line(text, "personal", copy.personal ? "1" : "0");
+  if (copy.loaded.known) line(text, "loaded", loadedRowsText(copy.loaded));
   line(text, "tags", tagList(copy.rows));
   for (const SpreadRow& row : copy.rows) {
     for (std::size_t i = 0; i < row.cells.size(); ++i) {

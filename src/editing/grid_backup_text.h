@@ -13,6 +13,7 @@ namespace quillmarden {
 struct GridCopy {
   GridLeftOver head;      ///< without the file
   bool personal = false;  ///< the column of personal information was on show
+  LoadedRows loaded;      ///< the rows as they were loaded; unknown in a copy of an older program
   std::vector<SpreadRow> rows;
 };
 

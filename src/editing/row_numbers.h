@@ -1,8 +1,11 @@
 #pragma once
 
+#include <functional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 #include "engine/database.h"
 
@@ -19,8 +22,14 @@ struct RowNumbers {
   long after(long number) const;
 };
 
-/// Lets index rows of the table and references from other tables follow its fields; those of removed fields
-/// go. References within the table are the saver's own rows. Runs in the caller's transaction.
+/// What points at the removed fields from outside of the table: its indexes and the references of other tables, a line
+/// for a message each. `nameOf` gives a field's name by its former number.
+std::vector<std::string> pointersAtGone(Database& database, std::string_view tableId, const RowNumbers& numbers,
+                                        const std::function<std::string(long)>& nameOf);
+
+/// Lets index rows of the table, references from other tables and the findings of the reference analysis follow its
+/// fields; those of removed fields go. References within the table are the saver's own rows. Runs in the caller's
+/// transaction.
 void followRowNumbers(Database& database, std::string_view tableId, const RowNumbers& numbers);
 
 }  // namespace quillmarden

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "editing/frm_tb_info.h"
+#include "repository/rights.h"
 
 namespace quillmarden {
 
@@ -19,6 +20,10 @@ inline constexpr std::string_view kInChange = "変更中";
 
 inline constexpr std::string_view kMemberKind = "メンバー";
 inline constexpr std::string_view kPrjKind = "PG管理";
+
+/// Whether the header may be saved: of a new table by the System's right, else by the table's. A locked table takes the
+/// save that unlocks it.
+Right mayChangeHeader(Session& session, const frmTBInfo& screen);
 
 /// The kind of a table with field rows goes back to what it was. True when it did, after its message.
 bool kindMustStay(Session& session, Host& host, frmTBInfo& screen);

@@ -107,6 +107,12 @@ EngineError lastFault(sqlite3* connection, const std::string& path) {
                          file + "に書き込めません. ディスクの空きを確認して下さい. 変更は保存されていません." + tail);
     case SQLITE_IOERR_NOMEM:
       return EngineError(engine_error::kOutOfMemory, "メモリが足りません.");
+    case SQLITE_READONLY_ROLLBACK:
+    case SQLITE_READONLY_RECOVERY:
+    case SQLITE_READONLY_CANTINIT:
+      return EngineError(engine_error::kReadOnly, file +
+                                                      "には中断された更新が残っています. "
+                                                      "書き込みの権限のあるユーザーが一度開くと、元に戻ります.");
     case SQLITE_READONLY_DBMOVED:
       return EngineError(engine_error::kReadOnly, file + "は使用中に移動または削除されました.");
     default:

@@ -71,4 +71,11 @@ inline constexpr int kDamaged = 3428;
 inline constexpr int kAccessFile = 3847;  ///< a real Access database, which has to be taken in first
 }  // namespace engine_error
 
+/// Whether a fault is that of the database file as a whole, whatever the statement was.
+constexpr bool isFileFault(int number) {
+  using namespace engine_error;
+  return number == kLocked || number == kReadOnly || number == kDiskOrNetwork || number == kDiskFull ||
+         number == kCannotOpen || number == kDamaged;
+}
+
 }  // namespace quillmarden

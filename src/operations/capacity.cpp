@@ -34,6 +34,11 @@ struct FieldSum {
   std::int64_t count = 0;
 };
 
+/// The tables of a System that a calculation over all of them changes.
+std::string changedTables(std::string_view alias) {
+  return " And " + std::string(alias) + ".削除フラグ = 0 " + unlockedTables(alias);
+}
+
 std::unordered_map<std::int64_t, FieldSum> fieldSums(Database& database, std::string_view system) {
   std::string sql = "SELECT inf.ID, Sum(det.長さ) AS 長さ合計, Count(det.長さ) AS 長さ件数 ";
   sql.append(" FROM MAS_TABLEINFO AS inf ")
@@ -52,11 +57,11 @@ std::unordered_map<std::int64_t, FieldSum> fieldSums(Database& database, std::st
 
 void storeCapacities(Database& database, std::string_view system, long blockSize) {
   std::string sql = "Select ID, 想定数, 想定保持, ORA_PCTFREE, レコード長, ブロック格納件数, 必要容量, 項目数 ";
-  sql.append(" From MAS_TABLEINFO ")
+  sql.append(" From MAS_TABLEINFO As inf ")
       .append(" Where システム名 = ")
       .append(sqlText(system))
       .append(" ")
-      .append(" And 削除フラグ = 0 ");
+      .append(changedTables("inf"));
   const auto sums = fieldSums(database, system);
   for (Recordset tables = database.openRecordset(sql); !tables.eof(); tables.moveNext()) {
     double rows = tables.number(1);
@@ -87,8 +92,8 @@ void storeOracleInitials(Database& database, std::string_view system) {
       .append(" FROM MAS_TABLEINFO AS inf ")
       .append("   INNER JOIN MAS_TABLEDETAILES AS det ")
       .append("        ON inf.ID = det.ID ")
-      .append(" Where inf.削除フラグ = 0 ")
-      .append(" And inf.ファイル種別 = 'oracle' ")
+      .append(" Where inf.ファイル種別 = 'oracle' ")
+      .append(changedTables("inf"))
       .append(" GROUP BY inf.ID, inf.システム名")
       .append(" HAVING (((inf.システム名)=")
       .append(sqlText(system))
@@ -126,7 +131,7 @@ bool gSetOracleFieldLength(Session& session, Host& host, std::string_view system
           .append(" And a.システム名 = ")
           .append(sqlText(system))
           .append(" ");
-      if (!id.empty()) sql.append(" And a.ID = ").append(id);
+      sql.append(id.empty() ? changedTables("a") : " And a.ID = " + std::string(id));
       session.gDB->execute(sql.append(rule.where));
     }
     return false;
@@ -157,7 +162,7 @@ bool gSetFieldLength(Session& session, Host& host, std::string_view system, std:
           .append(") AND ((typ.桁数チェック)=")
           .append(rule.takesDigits)
           .append(")");
-      if (!id.empty()) sql.append(" AND ((inf.id)= ").append(id).append(" )");
+      sql.append(id.empty() ? changedTables("inf") : " AND ((inf.id)= " + std::string(id) + " )");
       session.gDB->execute(sql);
     }
     return false;
@@ -207,7 +212,7 @@ bool recalculateSystem(Session& session, Host& host, std::string_view system) {
 }
 
 void CmdCalc_Click(Session& session, Host& host, frmSystemInf& screen) {
-  if (!screen.CmdCalc.enabled) return;
+  if (refused(host, mayChangeSystem(session, screen.record.name))) return;
   if (gMsgBox(host, "各テーブルのレコード長を再計算します.", kYesNo | kQuestionIcon, "処理確認") != kYes) return;
   if (!recalculateSystem(session, host, screen.record.name)) gMsgBox(host, "終了しました.");
 }

@@ -11,7 +11,8 @@ namespace quillmarden {
 
 struct frmSystemInf;
 
-// Record length and capacity. Each routine returns true on failure, after its message.
+// Record length and capacity. Each routine returns true on failure, after its message. What works on a whole System
+// leaves its locked and deleted tables as they are; whether the System may be changed is for the caller to ask.
 
 /// Lengths of Oracle fields by their digits; of one table when an id is given.
 bool gSetOracleFieldLength(Session& session, Host& host, std::string_view system, std::string_view id = "");

@@ -4,6 +4,7 @@
 
 #include "common/message.h"
 #include "common/text.h"
+#include "repository/rights.h"
 #include "screen/date_time.h"
 
 namespace quillmarden {
@@ -110,6 +111,12 @@ bool gGetMasTableMemo(Session& session, Host& host, frmMemo& screen, std::string
   return failed;
 }
 
+void refreshRights(Session& session, frmMemo& screen) {
+  const bool editable = static_cast<bool>(mayChangeTable(session, screen.tableId, TableChange::kFields));
+  screen.mnuClear.enabled = screen.CmdUpDate.enabled = editable;
+  screen.Spread.lockAll(!editable);
+}
+
 void Spread_Change(frmMemo& screen, int, int) { setChanged(screen, true); }
 
 void mnuClear_Click(Host& host, frmMemo& screen) {
@@ -124,7 +131,8 @@ void mnuClear_Click(Host& host, frmMemo& screen) {
 }
 
 bool CmdUpDate_Click(Session& session, Host& host, frmMemo& screen) {
-  if (!screen.CmdUpDate.enabled) return true;
+  if (refused(host, mayChangeTable(session, screen.tableId, TableChange::kFields)) || !screen.CmdUpDate.enabled)
+    return true;
   const std::string now = formatDateTime(host.clock.now(), "yyyy/mm/dd hh:nn:ss");
   try {
     inTransaction(*session.gDB, [&] { writeMemo(session, screen, now); });

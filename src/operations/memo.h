@@ -50,6 +50,8 @@ std::vector<SpreadColumn> memoColumns();
 /// The screen with a table's memo. `editable`: whether the table may be changed. True on failure, after its message.
 bool gGetMasTableMemo(Session& session, Host& host, frmMemo& screen, std::string_view tableId, std::string_view system,
                       bool editable);
+/// The commands follow the rights as they are now; what is being typed stays.
+void refreshRights(Session& session, frmMemo& screen);
 /// A cell has got another text.
 void Spread_Change(frmMemo& screen, int col, int row);
 void mnuClear_Click(Host& host, frmMemo& screen);

@@ -6,6 +6,7 @@
 #include "common/numbers.h"
 #include "common/text.h"
 #include "engine/sql_text.h"
+#include "repository/rights.h"
 #include "repository/tell_error.h"
 #include "screen/date_time.h"
 
@@ -122,10 +123,14 @@ KenSuRecord kenSuRecord(const frmKENSU& screen) {
 void frmKENSU_Load(Session& session, Host& host, frmKENSU& screen) {
   screen = frmKENSU{};
   screen.caption = "件数定義情報 : システム名: [ " + session.gCurrentSystemName + " ] ";
-  for (Button* button : {&screen.CmdUpDate, &screen.CmdAddNew, &screen.CmdClear}) button->enabled = session.gCanEdit;
+  refreshRights(session, screen);
   clearFields(session, screen);
   fillTables(session, host, screen);
   pGetKenSuTeigi(session, host, screen);
+}
+
+void refreshRights(const Session& session, frmKENSU& screen) {
+  for (Button* button : {&screen.CmdUpDate, &screen.CmdAddNew, &screen.CmdClear}) button->enabled = session.gCanEdit;
 }
 
 bool pGetKenSuTeigi(Session& session, Host& host, frmKENSU& screen) {
@@ -212,7 +217,7 @@ bool pChkKenSu(const Session& session, Host& host, const frmKENSU& screen) {
 }
 
 bool CmdUpDate_Click(Session& session, Host& host, frmKENSU& screen) {
-  if (!session.gCanEdit) return true;
+  if (refused(host, mayChangeSystem(session, session.gCurrentSystemName))) return true;
   if (!isChanged(screen)) {
     gMsgBox(host, "変更はありません.");
     return true;

@@ -58,6 +58,8 @@ void frmKENSU_Load(Session& session, Host& host, frmKENSU& screen);
 /// Fills LstTeigi with the System's own definitions and all common ones; the one on show is chosen. True on failure,
 /// after its message.
 bool pGetKenSuTeigi(Session& session, Host& host, frmKENSU& screen);
+/// The commands follow gCanEdit; what is being typed stays.
+void refreshRights(const Session& session, frmKENSU& screen);
 /// Shows the chosen definition; asks first when the one on show has unsaved changes. True when it was not shown.
 bool LstTeigi_Click(Session& session, Host& host, frmKENSU& screen);
 void CmdRef_Click(frmKENSU& screen);

@@ -109,17 +109,17 @@ void chooseLetterCase(frmSystemInf& screen, CheckBox frmSystemInf::*chosen) {
     if (other != chosen) (screen.*other).value = false;
 }
 
-void setRights(const Session& session, frmSystemInf& screen) {
+void setRights(Session& session, frmSystemInf& screen) {
   const bool existing = screen.record.id != 0;
-  const bool writes = !session.gIsGuest;
   screen.TxtSystemName.locked = existing;
   screen.TxtSystemNameOld.locked = screen.TxtUserNameAccess.locked = true;
   screen.fraSystemChange.visible = existing;
-  screen.cmdOK.enabled = writes;
+  screen.cmdOK.enabled = static_cast<bool>(mayChangeRecord(session, screen));
+  const bool works = existing && mayChangeSystem(session, screen.record.name);
   for (Button* tool :
        {&screen.CmdProtect, &screen.CmdUnProtect, &screen.CmdChk, &screen.CmdCalc, &screen.CmdNarrow,
         &screen.CmdLowerCase, &screen.CmdDef0, &screen.CmdDel, &screen.cmdConvAccessSQLServer, &screen.cmdChange})
-    tool->enabled = writes && existing;
+    tool->enabled = works;
 }
 
 std::vector<std::string> inputOf(const frmSystemInf& screen) {
@@ -136,6 +136,10 @@ std::vector<std::string> inputOf(const frmSystemInf& screen) {
 std::span<const SystemTextColumn> systemTextColumns() { return kTextColumns; }
 std::span<const SystemFlagColumn> systemFlagColumns() { return kFlagColumns; }
 std::span<const std::string_view> userLimitTexts() { return kUserLimits; }
+
+Right mayChangeRecord(Session& session, const frmSystemInf& screen) {
+  return screen.record.id == 0 ? mayWrite(session) : mayChangeSystemRecord(session, screen.record.name);
+}
 
 bool frmSystemInf_Load(Session& session, Host& host, frmSystemInf& screen, std::string_view systemName) {
   screen = {};

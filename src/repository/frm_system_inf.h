@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "repository/rights.h"
 #include "repository/session.h"
 #include "screen/controls.h"
 #include "screen/host.h"
@@ -65,7 +66,7 @@ struct frmSystemInf {
   CheckBox chkReplaceJPNSpace;
   CheckBox chkFileLinkCopy;
 
-  // --- tools. None works for a guest, and those that work on tables not for a System that is not saved yet.
+  // --- tools. None works where the System can't be changed, and those on tables not before the System is saved.
   Button CmdProtect;
   Button CmdUnProtect;
   Button CmdChk;
@@ -123,6 +124,8 @@ void ChkFieldNameAsTyped_Click(Session& session, Host& host, frmSystemInf& scree
 void TxtAccessFileName_Change(Session& session, Host& host, frmSystemInf& screen);
 
 // --- saving
+/// Whether the record on show may be saved.
+Right mayChangeRecord(Session& session, const frmSystemInf& screen);
 /// The checks before a save. False after the message of the first fault.
 bool checkSystemInf(Session& session, Host& host, frmSystemInf& screen);
 /// Checks, asks and saves. True when the row is written; the screen is then done.
@@ -134,7 +137,8 @@ bool keepsEditing(Host& host, const frmSystemInf& screen);
 /// The end without a save, after that question.
 void cmdCancel_Click(Session& session, Host& host, frmSystemInf& screen);
 
-// --- tools on all tables of the System. Each asks first and tells how many rows it changed.
+// --- tools on all tables of the System. Each asks first and tells how many rows it changed. What is in a locked or a
+// deleted table stays as it is.
 void CmdProtect_Click(Session& session, Host& host, frmSystemInf& screen);
 void CmdUnProtect_Click(Session& session, Host& host, frmSystemInf& screen);
 void CmdChk_Click(Session& session, Host& host, frmSystemInf& screen);

@@ -125,7 +125,7 @@ bool checkSystemInf(Session& session, Host& host, frmSystemInf& screen) {
 }
 
 bool cmdOK_Click(Session& session, Host& host, frmSystemInf& screen) {
-  if (!screen.cmdOK.enabled) return false;
+  if (refused(host, mayChangeRecord(session, screen))) return false;
   try {
     if (!checkSystemInf(session, host, screen)) return false;
     if (screen.ChkNoPut.value)

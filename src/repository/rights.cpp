@@ -29,12 +29,6 @@ Right lookUp(Look&& look) {
 
 bool sameSystem(std::string_view one, std::string_view other) { return equalsNoCase(trim(one), trim(other)); }
 
-/// A flag column; Null, and a column that an older file lacks, count as `otherwise`.
-bool flagOf(const Recordset& row, std::string_view column, bool otherwise) {
-  const int index = row.fieldIndex(column);
-  return index < 0 || row.isNull(index) ? otherwise : row.integer(index) != 0;
-}
-
 /// What keeps the user from the record of the System itself.
 Right recordRight(const Session& session, const SystemRecord& record) {
   // The login finds its user without regard to case, so the same person may be written in both ways.
@@ -47,37 +41,49 @@ Right recordRight(const Session& session, const SystemRecord& record) {
 Right systemRight(Session& session, std::string_view system, bool recordOnly) {
   if (Right right = mayWrite(session); !right) return right;
   if (system == kAllSystems) return refusal({"全システム共通では、変更できません."});
-  const Recordset row = session.gDB->openRecordset("SELECT * FROM MAS_SYSTEM WHERE システム名 = paraSystem",
-                                                   {{"paraSystem", std::string(system)}});
+  const Recordset row = session.gDB->openRecordset(
+      "SELECT システム名, 作成者, ユーザー制限, 修正許可 FROM MAS_SYSTEM WHERE システム名 = paraSystem",
+      {{"paraSystem", std::string(system)}});
   if (row.eof()) return refusal({"指定のシステムが存在しません.", named("システム名", system)});
   SystemRecord record;
-  record.name = row.text("システム名");
-  record.owner = row.text("作成者");
-  record.userLimit = static_cast<int>(row.integer("ユーザー制限"));
-  record.editAllowed = flagOf(row, "修正許可", false);
+  record.name = row.text(0);
+  record.owner = row.text(1);
+  record.userLimit = static_cast<int>(row.integer(2));
+  record.editAllowed = row.integer(3) != 0;
   return recordOnly ? recordRight(session, record) : mayChangeSystem(session, record);
 }
 
 bool isCommon(std::string_view kind) { return kind == "メンバー" || kind == "固定値"; }
 
-Right tableRight(Session& session, std::string_view tableId, TableChange change) {
+/// `systemOf` gives the right to a System by its name.
+template <typename SystemOf>
+Right tableRight(const Session& session, const TableState& table, TableChange change, SystemOf&& systemOf) {
   if (Right right = mayWrite(session); !right) return right;
-  if (!isNumeric(tableId)) return refusal({"指定のテーブルが存在しません.", named("ID", tableId)});
-  const Recordset row = session.gDB->openRecordset("SELECT * FROM MAS_TABLEINFO WHERE ID = paraId",
-                                                   {{"paraId", static_cast<std::int64_t>(gVal(tableId))}});
-  if (row.eof()) return refusal({"指定のテーブルが存在しません.", named("ID", tableId)});
-  const std::string table = named("テーブル名", trim(row.text("テーブル名")));
-  const std::string owner(row.text("システム名"));
-
-  const bool deleted = flagOf(row, "削除フラグ", false);
-  if (change == TableChange::kRestore && !deleted) return refusal({"このテーブルは削除されていません.", table});
-  if (change != TableChange::kRestore && deleted) return refusal({"このテーブルは削除されています.", table});
-  if (!isCommon(row.text("ファイル種別")) && !sameSystem(owner, session.gCurrentSystemName))
-    return refusal({owner, "のシステムで定義されたものです.", "このシステムで修正する権限がありません.", table});
-  if (Right right = systemRight(session, owner, false); !right) return right;
-  if (change != TableChange::kLock && !flagOf(row, "修正許可", true))
-    return refusal({"このテーブルは編集不可に設定されています.", table});
+  const std::string name = named("テーブル名", trim(table.name));
+  if (change == TableChange::kRestore && !table.deleted) return refusal({"このテーブルは削除されていません.", name});
+  if (change != TableChange::kRestore && table.deleted) return refusal({"このテーブルは削除されています.", name});
+  const bool common = change == TableChange::kFields && isCommon(table.kind);
+  if (!common && !sameSystem(table.system, session.gCurrentSystemName))
+    return refusal({table.system, "のシステムで定義されたものです.", "このシステムで修正する権限がありません.", name});
+  if (Right right = systemOf(table.system); !right) return right;
+  if (change != TableChange::kLock && !table.editable)
+    return refusal({"このテーブルは編集不可に設定されています.", name});
   return {};
+}
+
+Right tableRight(Session& session, std::string_view tableId, TableChange change) {
+  if (!isNumeric(tableId)) return refusal({"指定のテーブルが存在しません.", named("ID", tableId)});
+  const Recordset row = session.gDB->openRecordset(
+      "SELECT テーブル名, システム名, ファイル種別, 修正許可, 削除フラグ FROM MAS_TABLEINFO WHERE ID = paraId",
+      {{"paraId", static_cast<std::int64_t>(gVal(tableId))}});
+  if (row.eof()) return refusal({"指定のテーブルが存在しません.", named("ID", tableId)});
+  return tableRight(session,
+                    TableState{.name = row.text(0),
+                               .system = row.text(1),
+                               .kind = row.text(2),
+                               .editable = row.isNull(3) || row.integer(3) != 0,
+                               .deleted = row.integer(4) != 0},
+                    change, [&](std::string_view system) { return systemRight(session, system, false); });
 }
 
 }  // namespace
@@ -106,7 +112,33 @@ Right mayChangeSystemRecord(Session& session, std::string_view system) {
 }
 
 Right mayChangeTable(Session& session, std::string_view tableId, TableChange change) {
-  return lookUp([&] { return tableRight(session, trim(tableId), change); });
+  return lookUp([&]() -> Right {
+    // Who may write nothing isn't told what there is.
+    if (Right right = mayWrite(session); !right) return right;
+    return tableRight(session, trim(tableId), change);
+  });
+}
+
+Right mayChangeTable(Session& session, const TableState& table, TableChange change) {
+  return lookUp([&] {
+    return tableRight(session, table, change, [&](std::string_view system) {
+      const bool current = sameSystem(system, session.gCurrentSystem.name);
+      return current ? mayChangeSystem(session, session.gCurrentSystem) : systemRight(session, system, false);
+    });
+  });
+}
+
+std::string unlockedTables(std::string_view alias) {
+  const std::string column(alias);
+  return " And (" + column + ".修正許可 <> 0 Or " + column + ".修正許可 Is Null) ";
+}
+
+int countLockedTables(Session& session, std::string_view system) {
+  return static_cast<int>(session.gDB
+                              ->openRecordset("SELECT Count(*) FROM MAS_TABLEINFO WHERE システム名 = paraSystem AND "
+                                              "削除フラグ = 0 AND 修正許可 = 0",
+                                              {{"paraSystem", std::string(system)}})
+                              .integer(0));
 }
 
 Right mayRemoveUsers(Session& session) {

@@ -22,7 +22,8 @@ struct Right {
 
 /// What is to be done to a table.
 enum class TableChange {
-  kDefinition,  ///< header, fields, memo, indexes, marks, deletion: anything but the two below
+  kDefinition,  ///< header, indexes, marks, deletion: anything but the three below
+  kFields,      ///< field rows and memo
   kLock,        ///< 修正許可: the lock itself does not stand in its way
   kRestore,     ///< a deleted table comes back
 };
@@ -42,10 +43,27 @@ Right mayChangeSystem(const Session& session, const SystemRecord& record);
 /// there. A new System is a matter of mayWrite.
 Right mayChangeSystemRecord(Session& session, std::string_view system);
 
+/// What of a table decides, as it has just been read.
+struct TableState {
+  std::string_view name;
+  std::string_view system;
+  std::string_view kind;
+  bool editable = true;  ///< 修正許可; one that was never set is on
+  bool deleted = false;
+};
+
 /// A table, by its ID as text. Refused beyond mayChangeSystem of the table's own System: for a deleted table (one that
 /// is not deleted, for kRestore), a locked one, and a table of another System than the current one. Members and fixed
-/// values are kept in common, so that those of another System follow that System's rights alone.
+/// values are kept in common: the fields of those of another System follow that System's rights alone.
 Right mayChangeTable(Session& session, std::string_view tableId, TableChange change = TableChange::kDefinition);
+/// The same of a table that has just been read, for what a screen shows of it: the current System's record is taken as
+/// it was read last.
+Right mayChangeTable(Session& session, const TableState& table, TableChange change = TableChange::kDefinition);
+
+/// The lock as a condition for statements over all tables of a System that may be changed; `alias` names MAS_TABLEINFO
+/// there. And the number of live tables that it leaves out.
+std::string unlockedTables(std::string_view alias);
+int countLockedTables(Session& session, std::string_view system);
 
 /// Rows of MAS_USER that go: beyond mayWrite the user has to be in the group ADMIN.
 Right mayRemoveUsers(Session& session);

@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "screen/date_time.h"
 
@@ -57,6 +58,11 @@ struct Dialogs {
   /// Asks where a new file is to lie, beginning with a suggestion; "" when the person gives none. A file that is there
   /// already may be the answer. An empty function: there is nobody to ask.
   std::function<std::string(std::string_view prompt, const std::filesystem::path& suggested)> newFile = {};
+  /// Asks which of some ways to go, each the caption of a button; `details` are lines to read over it. Gives the place
+  /// of the way, -1 when the person takes none of them. An empty function: there is nobody to ask.
+  std::function<int(std::string_view text, std::string_view details, const std::vector<std::string>& ways,
+                    std::string_view title)>
+      choose = {};
 };
 
 struct Clock {

@@ -79,7 +79,8 @@ struct Application {
   std::map<std::string, GridBackup, std::less<>> backups;
   /// Copies of a died program that the person has been asked about in this session.
   std::set<std::filesystem::path> askedLeftOvers;
-  CopyHistory copies;  ///< what the grids of all detail screens have copied
+  std::string toldSystem;  ///< the System that the screens were told of last
+  CopyHistory copies;      ///< what the grids of all detail screens have copied
   frmTBInfo tbInfo;
   frmSystemInf systemInf;
   frmDivision division;

@@ -18,6 +18,14 @@ MenuPress onList(void (*handler)(Session&, Host&, frmTBList&)) {
   return [handler](Application& app, std::string_view) { handler(app.session, app.host, app.list); };
 }
 
+/// One after which tables may no longer be changed, or may be again.
+MenuPress onRights(void (*handler)(Session&, Host&, frmTBList&)) {
+  return [handler](Application& app, std::string_view) {
+    handler(app.session, app.host, app.list);
+    tellRights(app);
+  };
+}
+
 MenuPress onSelection(void (*handler)(frmTBList&)) {
   return [handler](Application& app, std::string_view) { handler(app.list); };
 }
@@ -126,7 +134,10 @@ MenuEntry excelOutputs() {
 
 MenuEntry flags() {
   const auto editable = [](bool value) {
-    return [value](Application& app, std::string_view) { mnutbEdit_Click(app.session, app.host, app.list, value); };
+    return [value](Application& app, std::string_view) {
+      mnutbEdit_Click(app.session, app.host, app.list, value);
+      tellRights(app);
+    };
   };
   return ofRights(
       submenu("mnutsSetting", "編集可・不可/その他",
@@ -182,7 +193,7 @@ Menu rows() {
   add(separator());
   add(ofRights(entry("mnuAdd", "テーブル情報の作成", on(mnuAdd_Click)), &frmTBList::mnuAdd));
   add(ofRights(entry("mnuUpDate", "テーブル情報の変更", on(mnuUpDate_Click)), &frmTBList::mnuUpDate));
-  add(ofRights(entry("mnuDelete", "テーブル情報の削除", onList(mnuDelete_Click)), &frmTBList::mnuDelete));
+  add(ofRights(entry("mnuDelete", "テーブル情報の削除", onRights(mnuDelete_Click)), &frmTBList::mnuDelete));
   add(flags());
   add(separator());
   add(ofSystem(entry("mnuConvAccess2SQLServer", "Access⇒SQLServer変換")));

@@ -104,6 +104,10 @@ ScreenKind detailKind() {
     app.details.erase(std::string(screen));
   };
   kind.systemChanged = detailSystemChanged;
+  kind.followsRecord = true;
+  kind.rightsChanged = [](Application& app) {
+    for (auto& [name, detail] : app.details) refreshRights(app.session, app.host, detail);
+  };
   return kind;
 }
 
@@ -120,6 +124,7 @@ ScreenKind listKind() {
     keepListScreen(app.session, app.list);
     app.list = {};
   };
+  kind.rightsChanged = [](Application& app) { refreshRights(app.session, app.host, app.list); };
   return kind;
 }
 
@@ -130,6 +135,7 @@ void tableInfoClosed(Application& app, std::string_view) {
   app.tbInfoFor.reset();
   if (!info.saved) return;
   for (auto& [name, detail] : app.details) tableInfoSaved(app.session, app.host, detail, info.lblID.caption);
+  tellRights(app);
   // A table that has just been made wants its fields.
   if (isNew) showTable(app, info.lblID.caption);
 }
@@ -143,6 +149,7 @@ ScreenKind tableInfoKind() {
   kind.changed = [](const Application& app, std::string_view) { return isChanged(app.tbInfo); };
   kind.stays = [](Application& app, std::string_view) { return cmdCancel_Click(app.host, app.tbInfo); };
   kind.closed = tableInfoClosed;
+  kind.rightsChanged = [](Application& app) { refreshRights(app.session, app.tbInfo); };
   return kind;
 }
 
@@ -175,6 +182,7 @@ ScreenKind divisionKind() {
   kind.systemChanged = [](Application& app, std::string_view) {
     if (app.open.has("frmDivision")) frmDivision_Load(app.session, app.host, app.division);
   };
+  kind.rightsChanged = [](Application& app) { refreshRights(app.session, app.division); };
   return kind;
 }
 
@@ -188,6 +196,7 @@ ScreenKind divisionInfoKind() {
     if (app.open.has("frmDivision")) frmDiviInfo_Unload(app.session, app.host, app.division, app.diviInfo);
     app.diviInfo = {};
   };
+  kind.rightsChanged = [](Application& app) { app.diviInfo.cmdOK.enabled = app.session.gCanEdit; };
   return kind;
 }
 
@@ -199,6 +208,7 @@ ScreenKind kenSuKind() {
   kind.systemChanged = [](Application& app, std::string_view) {
     if (app.open.has("frmKENSU")) frmKENSU_Load(app.session, app.host, app.kenSu);
   };
+  kind.rightsChanged = [](Application& app) { refreshRights(app.session, app.kenSu); };
   return kind;
 }
 
@@ -224,6 +234,7 @@ ScreenKind memoKind() {
   kind.stays = [](Application& app, std::string_view) {
     return asksToStay<frmMemo>(app.host, app.memo, CmdClose_Click);
   };
+  kind.rightsChanged = [](Application& app) { refreshRights(app.session, app.memo); };
   kind.staysWhenHidden = true;
   return kind;
 }

@@ -24,7 +24,10 @@ struct ScreenKind {
   /// Whether the record says that its handlers have ended the screen.
   std::function<bool(const Application& app)> unloaded = {};
   std::function<void(Application& app, std::string_view systemName)> systemChanged = {};
+  bool followsRecord = false;  ///< systemChanged is also for the System that was current before, whose record changed
   std::function<void(Application& app, std::string_view tableId)> tableChosen = {};
+  /// Rights of the System or of a table may be others now. Unsaved work stays.
+  std::function<void(Application& app)> rightsChanged = {};
   bool staysWhenHidden = false;  ///< hiding all screens leaves it
 };
 

@@ -54,10 +54,23 @@ void setHideCaptions(Application& app) {
 }
 
 void tellSystem(Application& app, std::string_view systemName) {
+  // The record of the System that is current anyway has changed: its screens keep what is being typed.
+  const bool same = app.toldSystem == systemName;
+  app.toldSystem = systemName;
   for (const ScreenKind& kind : screenTable())
-    if (kind.systemChanged) kind.systemChanged(app, systemName);
+    if (kind.systemChanged && (!same || kind.followsRecord)) kind.systemChanged(app, systemName);
+  tellRights(app);
   screensChanged(app);
 }
+
+}  // namespace
+
+void tellRights(Application& app) {
+  for (const ScreenKind& kind : screenTable())
+    if (kind.rightsChanged && app.open.has(kind.name)) kind.rightsChanged(app);
+}
+
+namespace {
 
 void tellTable(Application& app, std::string_view tableId) {
   for (const ScreenKind& kind : screenTable())

@@ -29,6 +29,8 @@ void screenActivated(Application& app, std::string_view screen);
 std::string openDetail(Application& app, std::string_view tableId);
 /// The name that the next further detail screen gets.
 std::string freeDetailName(const Application& app);
+/// The list and all open screens follow the rights as they are now.
+void tellRights(Application& app);
 /// Lays the visible detail screens side by side.
 void mnuDetailsArrange_Click(Application& app);
 

@@ -45,6 +45,7 @@ void closeSession(Application& app) {
   sweepWorkFolder(workFolder(app.session), app.host.clock.now());
   logOff(app.session, app.host);
   app.askedLeftOvers.clear();
+  app.toldSystem.clear();
 }
 
 }  // namespace

@@ -146,8 +146,11 @@ void guarded(ScriptRun& run, Body&& body) {
     } catch (const EngineError& second) {
       run.session.log.putError(run.host, "pPutSqlHistory", second.number(), second.what());
     }
-    gMsgBox(run.host, joinLines({"出力エラーがありました.", std::string(" ") + error.what(),
-                                 "出力先ファイルを開いているようです."}));
+    const auto* fault = dynamic_cast<const EngineError*>(&error);
+    std::string text = joinLines({"出力エラーがありました.", std::string(" ") + error.what()});
+    // What the Repository's file itself stands in the way of is no matter of the output file.
+    if (!fault || !isFileFault(fault->number())) text += "\n出力先ファイルを開いているようです.";
+    gMsgBox(run.host, text);
     run.list.errorMark = true;
     run.result.failed = true;
     run.whole = false;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "common/numbers.h"
+#include "repository/rights.h"
 #include "sqlgen/clauses.h"
 
 namespace quillmarden {
@@ -34,6 +35,7 @@ void stampTable(Session& session, SqlHistory& history, const std::string& id, co
 }
 
 void pPutSqlHistory(Session& session, SqlHistory& history, frmTBDetail& table, const DateTime& now) {
+  if (table.readOnly) return;
   const std::string shown = formatDateTime(now, "yyyy/mm/dd hh:nn");
   if (table.lblFirstSQL.caption.empty()) table.lblFirstSQL.caption = shown;
   table.lblNewSQL.caption = shown;
@@ -46,10 +48,11 @@ bool waitsForStamp(const SqlHistory& history, std::string_view tableId) {
 }
 
 void writeSqlHistory(Session& session, SqlHistory& history) {
-  const std::vector<SqlHistory::Stamp> stamps = std::exchange(history.waiting, {});
+  std::vector<SqlHistory::Stamp> stamps = std::exchange(history.waiting, {});
   history.ids.clear();
-  if (stamps.empty()) return;
+  if (stamps.empty() || !mayWrite(session)) return;
   inTransaction(*session.gDB, [&] {
+    std::erase_if(stamps, [&](const SqlHistory::Stamp& stamp) { return !mayChangeTable(session, stamp.id); });
     // The count grows inside the statement, so that another process's stamp in between is never lost.
     for (std::size_t first = 0; first < stamps.size();) {
       std::string ids;

@@ -30,7 +30,8 @@ void pPutSqlHistory(Session& session, SqlHistory& history, frmTBDetail& table, c
 /// Whether the table's own stamp has not reached the Repository yet.
 bool waitsForStamp(const SqlHistory& history, std::string_view tableId);
 
-/// Writes all waiting stamps in one transaction. Throws EngineError; the stamps are dropped then.
+/// Writes all waiting stamps in one transaction, those aside of tables that may not be changed: who may look at a
+/// design may print it, and leaves it as it is. Throws EngineError; the stamps are dropped then.
 void writeSqlHistory(Session& session, SqlHistory& history);
 
 }  // namespace quillmarden

@@ -120,8 +120,9 @@ TEST_F(FrmDivisionTest, AListShowsItsEntriesAndWhatMayBeDoneWithIt) {
   CmdFind_Click(session, scripted.host, screen);
   ASSERT_FALSE(choose("性別"));
   EXPECT_EQ(cells(1).substr(0, 7), "0|m|男");
-  EXPECT_TRUE(save()) << "another System's list is read-only";
   const std::string refusal = "共通\nのシステムで定義されたものです.\nこのシステムで修正する権限がありません.";
+  scripted.expect("確認", refusal);
+  EXPECT_TRUE(save()) << "another System's list is read-only";
   scripted.expect("確認", refusal);
   mnuDelete_Click(session, scripted.host, screen);
   scripted.expect("確認", refusal);

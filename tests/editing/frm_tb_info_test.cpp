@@ -310,7 +310,7 @@ TEST_F(TbInfoTest, ATableMovesWithItsReferences) {
   info.CmbMoveSystem.text = std::string(300, 'x');
   scripted.answerAll(kOk);
   EXPECT_TRUE(cmdMoveSystem_Click(session, scripted.host, windows, info));
-  EXPECT_TRUE(scripted.messages.back().starts_with("確認|所属システム変更に失敗しました.\n "));
+  EXPECT_EQ(scripted.messages.back(), "確認|指定のシステムが存在しません.\n システム名 : " + info.CmbMoveSystem.text);
   EXPECT_EQ(header(id, "システム名"), "販売");
   info.CmbMoveSystem.text = "経理";
   EXPECT_FALSE(cmdMoveSystem_Click(session, scripted.host, windows, info));

@@ -139,6 +139,8 @@ TEST_F(TableListTest, TablesOfOtherSystemsStandBetweenMarks) {
   EXPECT_EQ(tableListId(list.LstTable.rows[1]), used);
 
   list.LstTable.selected[1] = true;
+  scripted.expect("確認",
+                  "人事\nのシステムで定義されたものです.\nこのシステムで修正する権限がありません.\n テーブル名 : EMP");
   mnuDelete_Click(session, scripted.host, list);
   EXPECT_EQ(cell("SELECT 削除フラグ FROM MAS_TABLEINFO WHERE ID = " + used), "0") << "not this System's to delete";
 }
@@ -255,6 +257,10 @@ TEST_F(TableListTest, RowCommandsAskAndWrite) {
   scripted.expect("確認", "編集可にします.", kNo);
   mnutbEdit_Click(session, scripted.host, list, true);
   EXPECT_EQ(cell("SELECT 修正許可 FROM MAS_TABLEINFO WHERE ID = " + b), "0");
+  scripted.expect("確認", "このテーブルは編集不可に設定されています.\n テーブル名 : A");
+  mnuDelete_Click(session, scripted.host, list);
+  scripted.expect("確認", "編集可にします.", kYes);
+  mnutbEdit_Click(session, scripted.host, list, true);
   scripted.expect("確認", "全システム共通とします.\n解除する場合は、[変更]で行ってください.", kYes);
   mnuUpDateAllSystem_Click(session, scripted.host, list);
   scripted.expect("確認", "このテーブルに対してチェックポイントを設定します.", kYes);

@@ -124,6 +124,26 @@ TEST_F(EngineTest, FilesThatCannotBeWrittenOpenForReading) {
   folderMode(0700);
 }
 
+TEST_F(EngineTest, WhatADiedWriterLeftIsNoReadersToTakeBack) {
+  const std::string file = path();
+  db.execute("INSERT INTO INFO (概要) VALUES ('" + std::string(100'000, 'x') + "')");
+  const std::string died = "sqlite3 '" + file +
+                           "' 'PRAGMA cache_size = 1; BEGIN; UPDATE INFO SET 概要 = replace(概要, \"x\", \"yy\");' "
+                           "'.shell kill -9 $PPID' > /dev/null 2>&1";
+  ASSERT_NE(::system(died.c_str()), 0);
+  ::chmod(folder.path().c_str(), 0777);
+  ::chmod(file.c_str(), 0444);
+  const int found = inChild([&] {
+    if (::geteuid() == 0 && ::setuid(65534) != 0) return 97;
+    std::string text;
+    if (faultNumber([&] { Database::open(file); }, &text) != engine_error::kReadOnly) return 96;
+    return text.find("中断された更新") == std::string::npos ? 95 : 0;
+  });
+  EXPECT_EQ(found, 0);
+  ::chmod(file.c_str(), 0666);
+  EXPECT_EQ(db.openRecordset("SELECT Len(概要) FROM INFO WHERE Not 概要 Is Null").integer(0), 100'000);
+}
+
 // --- definitions
 
 TEST_F(EngineTest, DefinitionsComeBackAsTheyWereMade) {

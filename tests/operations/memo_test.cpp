@@ -18,6 +18,9 @@ class MemoTest : public OpenRepositoryTest {
     addLine("5", 4, "' '", "Null");
     addLine("6", 1, "'別'", "'別の表'");
     ASSERT_FALSE(load(true));
+    database().execute("INSERT INTO MAS_SYSTEM (システム名, 修正許可, ユーザー制限) VALUES ('販売', -1, 0)");
+    database().execute("INSERT INTO MAS_TABLEINFO (ID, システム名, テーブル名, 削除フラグ) VALUES (5, '販売', 'T', 0)");
+    session.gCurrentSystemName = "販売";
   }
 
   void addLine(const std::string& id, int number, const std::string& symbol, const std::string& text) {

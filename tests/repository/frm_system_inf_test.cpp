@@ -253,6 +253,7 @@ TEST_F(SystemScreen, GuestChangesNothing) {
   session.gIsGuest = true;
   addTable("販売", 1, "Oracle");
   open();
+  for (int i = 0; i < 4; ++i) scripted.expect("確認", "guestでは、変更できません.");
   EXPECT_FALSE(press());
   CmdProtect_Click(session, scripted.host, screen);
   CmdDel_Click(session, scripted.host, screen);

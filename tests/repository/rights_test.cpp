@@ -78,9 +78,11 @@ TEST_F(Rights, OfATableFollowItsOwnSystem) {
   EXPECT_EQ(refusedFor("99"), "指定のテーブルが存在しません.\n ID : 99");
   EXPECT_EQ(refusedFor(own + " OR 1=1"), "指定のテーブルが存在しません.\n ID : " + own + " OR 1=1");
 
-  EXPECT_EQ(refusedFor(member), "allowed") << "members are kept in common";
+  EXPECT_EQ(refusedFor(member, TableChange::kFields), "allowed") << "members are kept in common";
+  EXPECT_EQ(refusedFor(member), refusedFor(others)) << "but not what they are filed under";
   system("在庫", "suzuki", 0, 0);
-  EXPECT_EQ(refusedFor(member), "システム全体が編集できないように設定されています.\n システム名 : 在庫");
+  EXPECT_EQ(refusedFor(member, TableChange::kFields),
+            "システム全体が編集できないように設定されています.\n システム名 : 在庫");
   system("販売", "suzuki", 0, 0);
   EXPECT_FALSE(mayChangeTable(session, own)) << "as the Repository is now, not as at the choice of the System";
   EXPECT_FALSE(mayChangeTable(session, locked, TableChange::kLock));

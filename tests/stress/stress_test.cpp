@@ -61,6 +61,7 @@ struct Worker {
       detail.Spread.setText(field_col::kRemark, row, mark);
       detail.Spread.setText(field_col::kChanged, row, std::string(kChangedMark));
     }
+    detail.leave.over = true;  // several save one table, and the last one wins
     return !pPutTableDetails(session, scripted.host, detail);
   }
 
