@@ -11,6 +11,7 @@
 #include "cli/mail.h"
 #include "cli/members.h"
 #include "cli/memo.h"
+#include "cli/placements.h"
 #include "cli/report.h"
 #include "cli/save.h"
 #include "cli/show.h"
@@ -18,7 +19,9 @@
 #include "cli/sql.h"
 #include "cli/system.h"
 #include "cli/systems.h"
+#include "cli/table.h"
 #include "cli/tables.h"
+#include "cli/users.h"
 #include "cli/value_list.h"
 #include "cli/view.h"
 
@@ -26,10 +29,10 @@ namespace quillmarden {
 
 const std::vector<const Command*>& commands() {
   static const std::vector<const Command*> all = {
-      &kInitCommand,    &kLoginCommand,     &kSystemsCommand,    &kSystemCommand,   &kTablesCommand, &kShowCommand,
-      &kSaveCommand,    &kValueListCommand, &kMemoCommand,       &kCapacityCommand, &kSqlCommand,    &kAlterCommand,
-      &kSnippetCommand, &kViewCommand,      &kLayoutCommand,     &kErCommand,       &kListCommand,   &kMembersCommand,
-      &kMailCommand,    &kReportCommand,    &kFormatFileCommand,
+      &kInitCommand,     &kLoginCommand, &kUsersCommand,   &kPlacementsCommand, &kSystemsCommand,   &kSystemCommand,
+      &kTablesCommand,   &kTableCommand, &kShowCommand,    &kSaveCommand,       &kValueListCommand, &kMemoCommand,
+      &kCapacityCommand, &kSqlCommand,   &kAlterCommand,   &kSnippetCommand,    &kViewCommand,      &kLayoutCommand,
+      &kErCommand,       &kListCommand,  &kMembersCommand, &kMailCommand,       &kReportCommand,    &kFormatFileCommand,
   };
   return all;
 }

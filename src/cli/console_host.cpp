@@ -14,6 +14,7 @@
 #include <memory>
 
 #include "common/paths.h"
+#include "common/printable.h"
 
 namespace quillmarden {
 
@@ -108,18 +109,13 @@ int answerOf(int style, bool yes) {
 }  // namespace
 
 void writeMessage(std::string_view title, std::string_view text) {
-  std::string line;
-  for (char c : fmt::format("{}: {}", title, text)) {
-    // Texts come out of shared files; what steers a terminal must not come with them.
-    bool control = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
-    if (!control || c == '\n' || c == '\t') line += c;
-  }
+  std::string line = printable(fmt::format("{}: {}", title, text));
   if (line.back() != '\n') line += '\n';
   writeAll(STDERR_FILENO, line);
 }
 
 bool writeStandardOutput(std::string_view text) {
-  if (writeAll(STDOUT_FILENO, text)) return true;
+  if (writeAll(STDOUT_FILENO, printable(text))) return true;
   writeMessage("出力エラー", fmt::format("標準出力に書き込めませんでした.\n {}", std::strerror(errno)));
   return false;
 }

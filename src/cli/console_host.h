@@ -18,9 +18,11 @@ void prepareProcess();
 /// Whether the user has asked to stop.
 bool interrupted();
 
+// Texts come out of shared files; what steers a terminal must not come with them. Control characters become blanks.
+
 /// Writes all of it to standard output. False, with a message, when it cannot take it.
 bool writeStandardOutput(std::string_view text);
-/// "title: text" to standard error, control characters left out.
+/// "title: text" to standard error.
 void writeMessage(std::string_view title, std::string_view text);
 
 }  // namespace quillmarden

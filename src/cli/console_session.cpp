@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "cli/console_host.h"
 #include "common/message.h"
 #include "common/text.h"
 #include "repository/login.h"
@@ -58,7 +59,12 @@ bool logIn(Run& run, bool sweep) {
   if (user.empty()) return failure(run, "ユーザー名が未入力です.") == kDone;
 
   std::error_code ignored;
-  std::filesystem::path file = std::filesystem::absolute(run.options.repository, ignored).lexically_normal();
+  // The login takes a file that bears just the typed name where none has the ending.
+  const std::string& given = run.options.repository;
+  if (const std::string made = repositoryName(given);
+      made != given && (std::filesystem::exists(made, ignored) || !std::filesystem::is_regular_file(given, ignored)))
+    writeMessage("リポジトリ", made);
+  std::filesystem::path file = std::filesystem::absolute(given, ignored).lexically_normal();
   std::string folder = file.parent_path().string();
   std::string name = file.filename().string();
 

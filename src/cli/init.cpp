@@ -8,6 +8,7 @@
 #include "common/text.h"
 #include "engine/value.h"
 #include "repository/schema.h"
+#include "repository/users.h"
 
 namespace quillmarden {
 
@@ -26,9 +27,16 @@ ExitStatus runInit(Run& run, const InitOptions& options) {
   std::error_code ignored;
   if (std::filesystem::symlink_status(file, ignored).type() != std::filesystem::file_type::not_found)
     return failure(run, fmt::format("既に同じ名前のファイルが存在します.\n {}", file));
+  // A login by this name finds that file today, and would find another one from now on.
+  if (file != options.file && std::filesystem::is_regular_file(options.file, ignored))
+    return failure(run, fmt::format("既に同じ名前のファイルが存在します.\n {}", options.file));
 
   std::vector<std::string> users;
-  for (const std::string& user : run.options.users) users.emplace_back(trim(user));
+  for (const std::string& user : run.options.users) {
+    users.emplace_back(trim(user));
+    if (const std::string fault = userNameFault(users.back()); !fault.empty())
+      return failure(run, fmt::format("{}\n ユーザー名 : {}", fault, user));
+  }
   try {
     createRepository(file, users);
   } catch (const EngineError& error) {

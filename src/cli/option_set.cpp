@@ -71,6 +71,12 @@ OptionSpec& OptionSet::text(std::string name, std::string& value, std::string ty
   return option;
 }
 
+OptionSpec& OptionSet::text(std::string name, std::optional<std::string>& value, std::string type, std::string help) {
+  OptionSpec& option = add(std::move(name), OptionSpec::Form::Value, std::move(type), std::move(help));
+  option.take = [&value](const std::string& given) { value = given; };
+  return option;
+}
+
 OptionSpec& OptionSet::texts(std::string name, std::vector<std::string>& values, std::string type, std::string help) {
   OptionSpec& option = add(std::move(name), OptionSpec::Form::Repeated, std::move(type), std::move(help));
   option.take = [&values](const std::string& given) { values.push_back(given); };

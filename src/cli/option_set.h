@@ -49,6 +49,8 @@ class OptionSet {
   using Words = std::initializer_list<std::pair<const char*, std::type_identity_t<Value>>>;
 
   OptionSpec& text(std::string name, std::string& value, std::string type, std::string help);
+  /// The same where no text and a blank one differ.
+  OptionSpec& text(std::string name, std::optional<std::string>& value, std::string type, std::string help);
   /// An option that may come again, one value each time.
   OptionSpec& texts(std::string name, std::vector<std::string>& values, std::string type, std::string help);
   OptionSpec& flag(std::string name, bool& value, std::string help);

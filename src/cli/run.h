@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -25,7 +26,12 @@ struct Run {
 void putCell(std::string& output, std::string_view text);
 /// Adds a text of lines, with LF.
 void putText(std::string& output, std::string_view text);
+/// Adds the row on which a set stands, a column a line: name, tab, value.
+void putRecord(std::string& output, const Recordset& row);
 /// One box with a failure's text, and the status that follows from it.
 ExitStatus failure(Run& run, std::string_view text);
+/// Runs steps that write, each of which ends with true, or false after its message. One that fails leaves nothing of
+/// those before it.
+ExitStatus inOneTransaction(Run& run, const std::function<bool()>& steps);
 
 }  // namespace quillmarden

@@ -6,10 +6,12 @@
 #include <unordered_map>
 
 #include "cli/console_session.h"
+#include "cli/generate.h"
 #include "cli/grid_file.h"
 #include "common/numbers.h"
 #include "common/text.h"
 #include "dictionary/frm_division.h"
+#include "excel/value_list_book.h"
 #include "repository/system_record.h"
 
 namespace quillmarden {
@@ -20,6 +22,7 @@ struct ValueListOptions {
   std::string system;
   std::string list;  ///< "" for the list of all
   std::string saveFile;
+  std::string output;
   std::string kind;  ///< 種別, to filter by or to save; 型 likewise
   std::string type;
   std::string memo;
@@ -35,6 +38,9 @@ void addValueListOptions(OptionSet& set, ValueListOptions& options) {
   set.flag("--grid", options.gridOnly, "値のみ表示する");
   set.text("--save", options.saveFile, "FILE", "値のファイル(UTF-8)。値リストの値をチェックして、全て置き換える")
       .needs("--list");
+  set.text("--output", options.output, "FILE", "表示せずに、値リストをこのファイルのブックに出力する")
+      .needs("--list")
+      .excludes("--save");
   set.text("--class", options.kind, "TEXT", "種別: フラグ か 区分。一覧を絞る。--list があるときは登録する")
       .only({"フラグ", "区分"});
   set.text("--type", options.type, "TEXT", "型: 数値、文字 か Yes/No。一覧を絞る。--list があるときは登録する")
@@ -237,8 +243,15 @@ ExitStatus runValueList(Run& run, const ValueListOptions& options) {
   const auto item = findList(screen, run.session.gCurrentSystemName, options.list);
   if (!item && !changesRecord(options))
     return failure(run, fmt::format("指定の値リストが存在しません.\n 値名称 : {}", options.list));
+  if (saves && !options.output.empty()) return failure(run, "登録とブックの出力は、同時に指定できません.");
   if (saves) return saveList(run, options, screen, item);
   if (showValueList(run.session, run.host, screen, *item)) return kFailed;
+  if (!options.output.empty()) {
+    BookRun books;
+    books.outputFile = options.output;
+    const std::string path = CmdExcel_Click(run.session, run.host, books, screen, false);
+    return printFile(run, books, path);
+  }
   putList(run, screen, options.gridOnly);
   return kDone;
 }

@@ -140,16 +140,6 @@ bool loadInfo(Session& session, frmTBInfo& screen, std::string_view tableId) {
   return false;
 }
 
-/// The names that the Repository has for the table. Lists of persons are told apart by their short name alone.
-TableNames storedNames(Database& database, const std::string& id) {
-  const Recordset row = database.openRecordset(
-      "SELECT a.テーブル名, a.日本語名, a.略名, a.ファイル種別 FROM MAS_TABLEINFO AS a WHERE a.ID = " + id);
-  if (row.eof()) return {};
-  const std::string shortName(trim(row.text(2)));
-  if (row.text(3) == kMemberKind) return {"", "", shortName};
-  return {std::string(trim(row.text(0))), std::string(trim(row.text(1))), shortName};
-}
-
 bool hasFieldRows(Database& database, const std::string& id) {
   return !database
               .openRecordset("SELECT MAS_TABLEDETAILES.ID From MAS_TABLEDETAILES WHERE MAS_TABLEDETAILES.ID = " + id +
@@ -159,9 +149,19 @@ bool hasFieldRows(Database& database, const std::string& id) {
 
 }  // namespace
 
+TableNames storedNames(Database& database, const std::string& id) {
+  const Recordset row = database.openRecordset(
+      "SELECT a.テーブル名, a.日本語名, a.略名, a.ファイル種別 FROM MAS_TABLEINFO AS a WHERE a.ID = " + id);
+  if (row.eof()) return {};
+  const std::string shortName(trim(row.text(2)));
+  if (row.text(3) == kMemberKind) return {"", "", shortName};
+  return {std::string(trim(row.text(0))), std::string(trim(row.text(1))), shortName};
+}
+
 bool kindMustStay(Session& session, Host& host, frmTBInfo& screen) {
-  if (screen.loading || screen.lblID.caption.empty() || screen.CmbFileType.text == screen.loadedFileType) return false;
-  if (!hasFieldRows(*session.gDB, screen.lblID.caption)) return false;
+  const std::string& id = screen.copyOf.empty() ? screen.lblID.caption : screen.copyOf;
+  if (screen.loading || id.empty() || screen.CmbFileType.text == screen.loadedFileType) return false;
+  if (!hasFieldRows(*session.gDB, id)) return false;
   screen.CmbFileType.text = screen.loadedFileType;
   gMsgBox(host,
           joinLines({"作成先のデータベース名が変更されました.", "テーブルの詳細情報があります.",

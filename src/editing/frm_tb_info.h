@@ -61,6 +61,7 @@ struct frmTBInfo {
   ComboBox CmbMoveSystem;  ///< the System that the table is to move to
   Button cmdMoveSystem;
   // --- kept from the load
+  std::string copyOf;  ///< the table whose fields go along with the first save; "" for none
   bool loading = false;
   std::string loadedJPN;     ///< with it a change of the name is seen
   bool loadedEditOK = true;  ///< the lock as it was loaded
@@ -123,6 +124,9 @@ struct TableNames {
   std::string japanese;
   std::string shortName;
 };
+/// The names that the Repository has for the table; none when it has no such table. Lists of persons are told apart by
+/// their short name alone.
+TableNames storedNames(Database& database, const std::string& id);
 /// Which of the names another live table of the System has, in the words of the checks; "" when none does. `id` is the
 /// table's own, "" for a new one. Names are compared without case.
 std::string tableNameInUse(Session& session, std::string_view system, std::string_view id, const TableNames& names);

@@ -4,6 +4,7 @@
 #include "common/numbers.h"
 #include "common/text.h"
 #include "editing/detail_parts.h"
+#include "editing/table_copy.h"
 #include "editing/tb_info_parts.h"
 #include "screen/date_time.h"
 
@@ -187,8 +188,20 @@ std::string storedRyaku(const Session& session, std::string_view typed) {
 bool pPutTableInfo(Session& session, Host& host, frmTBInfo& screen, bool cascade) {
   if (refused(host, mayChangeHeader(session, screen))) return true;
   try {
-    screen.lblID.caption = writeRow(session, host, screen);
-    if (cascade) pUpdateForeignName(*session.gDB, screen.lblID.caption);
+    const bool isCopy = !screen.copyOf.empty();
+    std::string id;
+    inTransaction(*session.gDB, [&] {
+      id = writeRow(session, host, screen);
+      if (isCopy) copyTableContents(session, host, screen, id);
+    });
+    screen.lblID.caption = id;
+    if (isCopy) {
+      screen.copyOf.clear();
+      screen.loadedJPN = trim(screen.TxtJPN.text);
+      screen.loadedTableName = storedTableName(session, screen.TxtTableName.text);
+    }
+    // What the copy says of itself, too.
+    if (cascade || isCopy) pUpdateForeignName(*session.gDB, id);
     return false;
   } catch (const EngineError& error) {
     session.log.putError(host, "pPutTableInfo", error.number(), error.what());

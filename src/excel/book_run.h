@@ -28,6 +28,7 @@ struct BookRun {
   std::map<std::filesystem::path, Workbook> templates;
   std::filesystem::path outputFolder;  ///< instead of the System's own folder; empty for that
   std::filesystem::path outputFile;    ///< instead of the routine's own file; empty for that
+  long missing = 0;                    ///< tables of a collection for which no layout could be made
   bool stopped = false;                ///< the person stopped it, which is told
 
   // Of table layouts: see layout_names.h.

@@ -105,7 +105,7 @@ std::string pPutExcel2ERTextBox(Session& session, Host& host, BookRun& run, cons
 std::string pPutCurrentTable2ExcelDisk(Session& session, Host& host, BookRun& run, const frmTBList& list,
                                        frmTBDetail& detail, bool openAfter) {
   return runErForm(session, host, run, openAfter, true, [&]() -> std::string {
-    const std::string path = temporaryFile(session, "temptemptemp.xls");
+    const std::string path = workFile(session, run, "temptemptemp.xls");
     if (outputRefused(session, host, path)) return "";
     if (inUse(path)) {
       gMsgBox(host, "作業ファイルが使用中かな?", kOkOnly, "使用中?");

@@ -29,11 +29,13 @@ bool putLayouts(Session& session, Host& host, BookRun& run, const std::vector<st
       return false;
     }
     const std::string id(tableListId(row));
-    if (!id.empty() && !pGet_TableID2TableDetails(session, host, detail, id)) {
-      const std::string path =
-          pPutCurrentTable2ExcelFile(session, host, run, detail, session.gCurrentSystemName, false);
-      if (!path.empty()) made.push_back({detail.txtTableNameJPN.text, path});
-    }
+    std::string path;
+    if (!id.empty() && !pGet_TableID2TableDetails(session, host, detail, id))
+      path = pPutCurrentTable2ExcelFile(session, host, run, detail, session.gCurrentSystemName, false);
+    if (path.empty())
+      ++run.missing;
+    else
+      made.push_back({detail.txtTableNameJPN.text, std::move(path)});
     host.dialogs.progress(++done, static_cast<long>(rows.size()));
     host.dialogs.yield();
   }
@@ -72,7 +74,11 @@ std::string mnuExcel_Click(Session& session, Host& host, BookRun& run, const frm
                            bool openAfter) {
   if (gMsgBox(host, "Excelファイルを作成します.", kYesNo | kQuestionIcon) != kYes) return "";
   std::vector<MadeLayout> layouts;
-  if (!putLayouts(session, host, run, outputRows(list), detail, layouts) &&
+  // The file of the run is the collection's; what goes into it keeps names of its own.
+  std::filesystem::path collection = std::exchange(run.outputFile, {});
+  const bool whole = putLayouts(session, host, run, outputRows(list), detail, layouts);
+  run.outputFile = std::move(collection);
+  if (!whole &&
       gMsgBox(host, joinLines({"Excel出力を中止しました.", "ファイルを開きますか?"}), kYesNo | kQuestionIcon) != kYes) {
     return "";
   }

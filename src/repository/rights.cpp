@@ -141,13 +141,13 @@ int countLockedTables(Session& session, std::string_view system) {
                               .integer(0));
 }
 
-Right mayRemoveUsers(Session& session) {
+Right mayAdministerUsers(Session& session) {
   return lookUp([&]() -> Right {
     if (Right right = mayWrite(session); !right) return right;
     const Recordset row = session.gDB->openRecordset("SELECT * FROM MAS_USER WHERE ユーザー名 = paraUser",
                                                      {{"paraUser", session.gLoginUser}});
     if (row.eof() || !equalsNoCase(trim(row.text("グループ")), "ADMIN"))
-      return refusal({"管理者でないため、ユーザーを削除できません.", named("ユーザー名", session.gLoginUser)});
+      return refusal({"管理者でないため、ユーザーを変更できません.", named("ユーザー名", session.gLoginUser)});
     return {};
   });
 }

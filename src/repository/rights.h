@@ -65,8 +65,8 @@ Right mayChangeTable(Session& session, const TableState& table, TableChange chan
 std::string unlockedTables(std::string_view alias);
 int countLockedTables(Session& session, std::string_view system);
 
-/// Rows of MAS_USER that go: beyond mayWrite the user has to be in the group ADMIN.
-Right mayRemoveUsers(Session& session);
+/// Users that go, and who belongs to the group ADMIN: beyond mayWrite the user has to be in that group.
+Right mayAdministerUsers(Session& session);
 
 /// Shows the reason of a refusal under "確認". True when it was refused.
 bool refused(Host& host, const Right& right);

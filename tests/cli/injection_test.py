@@ -165,6 +165,8 @@ class InjectionTest(RepositoryCase):
                     continue
                 path = os.path.join(self.folder, "run.mdb")
                 shutil.copy(base, path)
+                # What was shown of the former file says nothing of this one.
+                shutil.rmtree(os.path.join(self.folder, "quillmarden", "ShownRows"), ignore_errors=True)
                 run = self.run_entry(path, command, build(name))
                 output = run.stdout.decode() if command in SHOWING else ""
                 done[command, label] = run.returncode, run.stderr.decode(), output, changes(before, contents(path))
@@ -208,6 +210,8 @@ class InjectionTest(RepositoryCase):
         for turn, name in enumerate(PAYLOADS):
             named = self.make("named.mdb", name)
             refused = self.compare(name, self.run_all(named, name, commands, columns, turn), honest)
+            if name != name.strip("'"):  # no name of a sheet
+                refused = {entry for entry in refused if entry[0] != "layout"}
             # Marks of the table list are refused in names of value lists.
             if "[" not in name:
                 self.assertLessEqual(refused, MAY_REFUSE, name)

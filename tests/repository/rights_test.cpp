@@ -99,9 +99,9 @@ TEST_F(Rights, OfAGuestAndOfAReaderAreNone) {
   session.gIsGuest = true;
   EXPECT_EQ(allowed(), std::vector<bool>(4, false));
   session.gIsGuest = false;
-  EXPECT_FALSE(mayRemoveUsers(session));
+  EXPECT_FALSE(mayAdministerUsers(session));
   session.gLoginUser = "admin";
-  EXPECT_TRUE(mayRemoveUsers(session));
+  EXPECT_TRUE(mayAdministerUsers(session));
 
   scripted.expect("確認", "guestでは、変更できません.");
   session.gIsGuest = true;
