@@ -35,6 +35,7 @@ ExitStatus runLayout(Run& run, const LayoutOptions& options) {
   books.outputFolder = options.outputFolder;
   frmTBDetail detail;
   ExitStatus status = kDone;
+  std::string toldFault;
   long done = 0;
   for (const int row : rows) {
     if (interrupted()) return failure(run, fmt::format("中断しました. {}件まで出力しています.", done));
@@ -45,6 +46,11 @@ ExitStatus runLayout(Run& run, const LayoutOptions& options) {
     }
     const std::string path =
         pPutCurrentTable2ExcelFile(run.session, run.host, books, detail, run.session.gCurrentSystemName, false);
+    // All tables of a System have the one Format file.
+    if (!books.formatFault.empty() && books.formatFault != toldFault) {
+      toldFault = books.formatFault;
+      failure(run, "書式ファイルに誤りがあるため, 出力できません.\n" + toldFault);
+    }
     if (path.empty()) {
       status = kFailed;
     } else {

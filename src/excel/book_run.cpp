@@ -1,5 +1,8 @@
 #include "excel/book_run.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <system_error>
 #include <utility>
 
@@ -16,7 +19,9 @@ namespace {
 
 constexpr std::string_view kTemporaryFolder = "TempTemp_-_-";
 
-std::string isoTime(const DateTime& moment) {
+/// The moment as documents have it, which count in universal time.
+std::string isoTime(const DateTime& local) {
+  const DateTime moment = universalDateTime(local);
   return formatDateTime(moment, "yyyy-mm-dd") + "T" + formatDateTime(moment, "hh:nn:ss") + "Z";
 }
 
@@ -123,6 +128,20 @@ void saveBook(Session& session, Host& host, Workbook& book, std::string_view tit
   book.save(toPath(path), stop);
 }
 
+void noteCutTexts(BookRun& run, const Worksheet& sheet, const std::function<std::string(CellRef)>& place) {
+  for (const CellRef cell : sheet.cutTexts()) run.cutTexts.push_back(place(cell));
+}
+
+void tellCutTexts(Host& host, BookRun& run) {
+  if (run.cutTexts.empty()) return;
+  constexpr std::size_t kMostNamed = 20;
+  std::string text = "長すぎる文字列があります. セルに入る長さで切りました.";
+  for (std::size_t i = 0; i < std::min(run.cutTexts.size(), kMostNamed); ++i) text += "\n " + run.cutTexts[i];
+  if (run.cutTexts.size() > kMostNamed) text += fmt::format("\n ほか {} 件", run.cutTexts.size() - kMostNamed);
+  run.cutTexts.clear();
+  gMsgBox(host, text, kWarningIcon);
+}
+
 void tellBookError(Session& session, Host& host, std::string_view routine, const std::exception& error) {
   session.log.putError(host, routine, 0, error.what());
   std::string text = joinLines({"Excel作成中にエラーが発生しました.", std::string(" ") + error.what()});
@@ -151,14 +170,15 @@ std::string runOutput(Session& session, Host& host, std::string_view routine, bo
 std::string cutSheetName(std::string_view name) {
   constexpr int kMostUnits = 31;
   int units = 0;
-  std::size_t at = 0;
-  while (at < name.size()) {
+  std::string cut;
+  for (std::size_t at = 0; at < name.size();) {
     const Utf8Step step = utf8At(name, at);
     units += step.character > 0xFFFF ? 2 : 1;
     if (units > kMostUnits) break;
+    const bool text = step.valid && step.character >= 0x20 && step.character != 0xFFFE && step.character != 0xFFFF;
+    cut += text ? name.substr(at, step.size) : "_";
     at += step.size;
   }
-  std::string cut(name.substr(0, at));
   return isReservedSheetName(cut) ? cut + "_" : cut;
 }
 

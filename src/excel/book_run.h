@@ -34,6 +34,9 @@ struct BookRun {
   std::map<std::pair<std::string, std::string (*)(std::string_view)>, std::map<std::string, LayoutName>> layoutNames;
   std::map<std::string, std::string> layoutFiles;  ///< the table that has a file
   std::vector<std::string> numbered;
+
+  std::vector<std::string> cutTexts{};  ///< tables and fields of texts that were too long for their cells
+  std::string formatFault{};            ///< what was wrong with the Format file of the last layout
 };
 
 /// Shows a wait text and takes it away at the end of its scope.
@@ -81,6 +84,26 @@ const Workbook& openTemplate(BookRun& run, const std::filesystem::path& file);
 void saveBook(Session& session, Host& host, Workbook& book, std::string_view title, const std::string& path,
               const StopCheck& stop = {});
 
+/// Runs a piece of an output that is about one table, so that what it throws names the table.
+template <class Work>
+auto forTable(std::string_view table, const Work& work) {
+  const auto named = [table](const std::exception& error) {
+    return "テーブル「" + std::string(table) + "」: " + error.what();
+  };
+  try {
+    return work();
+  } catch (const WorkbookError& error) {
+    throw WorkbookError(error.fault(), "", named(error));
+  } catch (const EngineError& error) {
+    throw EngineError(error.number(), named(error));
+  }
+}
+
+/// Notes which texts of a finished sheet were cut; `place` names the table and field of a cell.
+void noteCutTexts(BookRun& run, const Worksheet& sheet, const std::function<std::string(CellRef)>& place);
+/// One message for all texts of the run that were cut, which are then forgotten.
+void tellCutTexts(Host& host, BookRun& run);
+
 /// Logs and tells what ended an output.
 void tellBookError(Session& session, Host& host, std::string_view routine, const std::exception& error);
 
@@ -92,8 +115,8 @@ void openFinished(Host& host, const std::string& path, std::string_view title = 
 std::string runOutput(Session& session, Host& host, std::string_view routine, bool openAfter,
                       const std::function<std::string()>& output);
 
-/// A sheet's name as spreadsheet programs take it: cut at 31 UTF-16 units, a name that they keep for themselves with
-/// "_" behind it.
+/// A sheet's name as spreadsheet programs take it: cut at 31 UTF-16 units, "_" for control characters and what is no
+/// text, a name that they keep for themselves with "_" behind it.
 std::string cutSheetName(std::string_view name);
 
 }  // namespace quillmarden

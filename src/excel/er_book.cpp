@@ -30,28 +30,29 @@ struct BookForm {
 /// What all boxes of a run are made from.
 struct BoxMaker {
   Session& session;
-  FontBook& fonts;
+  Host& host;
+  BookRun& run;
   const ErChoice& choice;
   const BookForm& form;
+  const std::vector<ErTable>& tables;
   std::string keyPicture;  ///< the bytes of key.bmp; empty without one
+  Workbook pattern;        ///< an empty book, whose parts all boxes share
+
+  int columns() const { return choice.fields == ErFields::TwoColumns ? 3 : 2; }
 };
 
-/// A finished box: the book, the picture that shows it, and its size.
-struct ErBox {
-  std::string book;
-  std::string preview;
-  Box size;
-};
-
-std::vector<ErField> shownFields(const ErTable& table, const ErChoice& choice) {
+/// Leaves of a table the fields and texts that its box shows.
+void keepShown(ErTable& table, const ErChoice& choice) {
   std::vector<ErField> shown;
-  if (choice.fields == ErFields::TitleOnly) return shown;
-  for (const ErField& field : table.fields) {
-    if (choice.fields == ErFields::KeysOnly && !field.key) continue;
-    if (choice.foreignOnly && !field.foreign) continue;
-    shown.push_back(field);
+  for (ErField& field : table.fields) {
+    const bool left = choice.fields == ErFields::TitleOnly || (choice.fields == ErFields::KeysOnly && !field.key) ||
+                      (choice.foreignOnly && !field.foreign);
+    if (left) continue;
+    if (choice.fields != ErFields::TwoColumns) field.second = {};
+    shown.push_back(std::move(field));
   }
-  return shown;
+  shown.shrink_to_fit();
+  table.fields = std::move(shown);
 }
 
 std::string markedName(const ErField& field) {
@@ -71,29 +72,54 @@ Box pictureSize(const std::string& bmp) {
   return {0, 0, pixels(kWidthAt) * kPointsPerPixel, pixels(kHeightAt) * kPointsPerPixel};
 }
 
+std::string titleOf(const BoxMaker& maker, const ErTable& table) {
+  return "【" + table.name + (maker.form.newTitles && maker.choice.dotTitle ? "】." : "】");
+}
+
 /// Widths that hold the longest text of each column.
-void fitColumns(Worksheet& sheet, FontBook& fonts, const std::vector<ErField>& fields, const std::string& title,
-                int columns) {
+void fitColumns(Worksheet& sheet, const BoxMaker& maker, const ErTable& table) {
   constexpr double kRoom = 1.5;  // digits beside the text
   constexpr double kLeast = 8;
   constexpr double kMost = 60;
+  FontBook& fonts = maker.run.fonts;
   const SizedFont font = erFont();
   const double digit = digitWidth(fonts, font);
   double name = 0;
   double second = 0;
-  for (const ErField& field : fields) {
+  for (const ErField& field : table.fields) {
     name = std::max(name, textWidth(fonts, font, markedName(field)));
     second = std::max(second, textWidth(fonts, font, field.second));
   }
   // The title may shrink, but not to half its size.
-  const double least = std::max(kLeast, textWidth(fonts, font, title) / digit * 0.8 - kMarkColumnWidth);
+  const double least = std::max(kLeast, textWidth(fonts, font, titleOf(maker, table)) / digit * 0.8 - kMarkColumnWidth);
   const auto width = [&](double points, double leastWidth) {
     return std::clamp(points / digit + kRoom, leastWidth, kMost);
   };
+  sheet.setColumnWidth(2, 2, width(name, std::min(least, kMost)));
+  if (maker.columns() == 3) sheet.setColumnWidth(3, 3, width(second, kLeast));
+}
+
+Workbook boxPattern(FontBook& fonts) {
+  const SizedFont font = erFont();
+  Workbook book = Workbook::create({.sheetName = "ER", .fontName = font.family, .fontSize = font.size});
+  Worksheet& sheet = book.sheet(0);
+  sheet.setShowGridLines(false);
   sheet.setDefaultRowHeight(linesHeight(fonts, font, 1));
   sheet.setColumnWidth(1, 1, kMarkColumnWidth);
-  sheet.setColumnWidth(2, 2, width(name, std::min(least, kMost)));
-  if (columns == 3) sheet.setColumnWidth(3, 3, width(second, kLeast));
+  return book;
+}
+
+/// The sizes of the boxes, before they are made.
+std::vector<Box> boxSizes(const BoxMaker& maker) {
+  std::vector<Box> sizes;
+  Workbook ruler = maker.pattern.clone();
+  for (const ErTable& table : maker.tables) {
+    fitColumns(ruler.sheet(0), maker, table);
+    const SheetMeasure measure(ruler, 0, maker.run.fonts);
+    sizes.push_back({0, 0, measure.rangeWidth(1, maker.columns()) * kObjectScale,
+                     measure.rangeHeight(1, static_cast<int>(table.fields.size()) + 1) * kObjectScale});
+  }
+  return sizes;
 }
 
 void frame(Worksheet& sheet, const CellRange& used) {
@@ -123,16 +149,14 @@ std::vector<SheetPicture> keyPictures(const BoxMaker& maker, const SheetMeasure&
   return pictures;
 }
 
-ErBox makeBox(const BoxMaker& maker, const ErTable& table) {
+EmbeddedBook makeBox(const BoxMaker& maker, const ErTable& table) {
   const AppSettings& settings = maker.session.settings;
-  const std::vector<ErField> fields = shownFields(table, maker.choice);
-  const int columns = maker.choice.fields == ErFields::TwoColumns ? 3 : 2;
-  const std::string title = "【" + table.name + (maker.form.newTitles && maker.choice.dotTitle ? "】." : "】");
-  const SizedFont font = erFont();
-  Workbook book = Workbook::create({.sheetName = "ER", .fontName = font.family, .fontSize = font.size});
+  const std::vector<ErField>& fields = table.fields;
+  const int columns = maker.columns();
+  const std::string title = titleOf(maker, table);
+  Workbook book = maker.pattern.clone();
   Worksheet& sheet = book.sheet(0);
-  sheet.setShowGridLines(false);
-  fitColumns(sheet, maker.fonts, fields, title, columns);
+  fitColumns(sheet, maker, table);
 
   const auto fill = [&sheet](const CellRange& range, int colourIndex) {
     sheet.changeStyle(range,
@@ -156,15 +180,26 @@ ErBox makeBox(const BoxMaker& maker, const ErTable& table) {
   const CellRange used({1, 1}, {static_cast<int>(fields.size()) + 1, columns});
   frame(sheet, used);
   sheet.setBorder(head, BorderIndex::EdgeBottom, BorderLine::of(1, 2, -4105));
+  noteCutTexts(maker.run, sheet, [&](CellRef cell) {
+    return cell.row == 1 ? table.name : table.name + " : " + fields[static_cast<std::size_t>(cell.row - 2)].name;
+  });
 
-  const SheetMeasure measure(book, 0, maker.fonts);
+  const SheetMeasure measure(book, 0, maker.run.fonts);
   Drawing drawing;
   drawing.pictures = keyPictures(maker, measure, fields);
-  if (!drawing.empty()) addDrawing(book, 0, drawing, maker.fonts);
+  if (!drawing.empty()) addDrawing(book, 0, drawing, maker.run.fonts);
   book.setVisibleRange(used);
-  const Box size{0, 0, measure.rangeWidth(1, columns) * kObjectScale,
-                 measure.rangeHeight(1, used.last.row) * kObjectScale};
-  return {book.bytes(), previewOf(book, 0, used, maker.fonts, drawing.pictures), size};
+  return {book.bytes(), previewOf(book, 0, used, maker.run.fonts, drawing.pictures)};
+}
+
+/// The box of a table while the sheet is written.
+EmbeddedBook nextBox(const BoxMaker& maker, std::size_t number) {
+  const ErTable& table = maker.tables[number];
+  EmbeddedBook made = forTable(table.name, [&] { return makeBox(maker, table); });
+  maker.session.log.gPutLog(maker.host, "OLE Insert FileExcel_ER:" + table.name);
+  maker.host.dialogs.progress(static_cast<long>(number + 1), static_cast<long>(maker.tables.size()));
+  maker.host.dialogs.yield();
+  return made;
 }
 
 std::string keyPicture(const Host& host) {
@@ -178,24 +213,18 @@ std::string putEmbeddedBooks(Session& session, Host& host, BookRun& run, const f
   const std::string path = erFile(session, host, run, choice.bookName, form.ending);
   if (path.empty()) return "";
   bool stopped = false;
-  const std::vector<ErTable> tables = readErTables(session, host, list, detail, stopped);
+  const std::vector<ErTable> tables = readErTables(
+      session, host, list, detail, [&choice](ErTable& table) { keepShown(table, choice); }, stopped);
   if (stopped) return endStopped(host, run);
 
-  const BoxMaker maker{session, run.fonts, choice, form, keyPicture(host)};
-  Drawing drawing;
-  std::vector<Box> sizes;
-  for (const ErTable& table : tables) {
-    if (host.dialogs.stopRequested()) return endStopped(host, run);
-    ErBox box = makeBox(maker, table);
-    sizes.push_back(box.size);
-    drawing.objects.push_back(
-        {table.name, {}, std::move(box.book), std::move(box.preview), session.settings.excelObject2SetKage, 0.75});
-    session.log.gPutLog(host, "OLE Insert FileExcel_ER:" + table.name);
-  }
+  const BoxMaker maker{session, host, run, choice, form, tables, keyPicture(host), boxPattern(run.fonts)};
   const auto chosen = static_cast<std::size_t>(std::ranges::count(tables, false, &ErTable::extra));
-  const std::vector<Box> places = placeErBoxes(sizes, chosen, erGapUnit(run.fonts, erFont()));
-  for (std::size_t i = 0; i < places.size(); ++i) drawing.objects[i].box = places[i];
-
+  const std::vector<Box> places = placeErBoxes(boxSizes(maker), chosen, erGapUnit(run.fonts, erFont()));
+  Drawing drawing;
+  for (std::size_t i = 0; i < tables.size(); ++i) {
+    drawing.objects.push_back({tables[i].name, places[i], [&maker, i] { return nextBox(maker, i); },
+                               session.settings.excelObject2SetKage, 0.75});
+  }
   const SizedFont font = erFont();
   Workbook book = Workbook::create({.sheetName = erSheetName(list), .fontName = font.family, .fontSize = font.size});
   book.sheet(0).select(cellAt("A1"));
@@ -206,6 +235,7 @@ std::string putEmbeddedBooks(Session& session, Host& host, BookRun& run, const f
   session.log.gPutLog(host, "Save FileExcel_ER:" + path);
   saveBook(session, host, book, session.gCurrentSystemName, path, host.dialogs.stopRequested);
   session.log.gPutLog(host, "Normal End");
+  tellCutTexts(host, run);
   return path;
 }
 

@@ -16,6 +16,9 @@ constexpr double kTextBoxHeight = 24;
 constexpr double kDiskSide = 2.0 / 3;  ///< the part of a disk's height where its sides are straight
 constexpr double kPageShape = 1.5;     ///< of the printed part of a landscape page, width to height
 
+/// The shapes show names alone.
+void withoutFields(ErTable& table) { table.fields = {}; }
+
 /// The references of the tables to each other and to themselves.
 std::vector<ErLink> linksOf(const std::vector<ErTable>& tables) {
   std::map<std::string_view, std::size_t> places;
@@ -94,7 +97,7 @@ std::string pPutExcel2ERTextBox(Session& session, Host& host, BookRun& run, cons
     const std::string path = erFile(session, host, run, choice.bookName, "_ER.xls");
     if (path.empty()) return "";
     bool stopped = false;
-    const std::vector<ErTable> tables = readErTables(session, host, list, detail, stopped);
+    const std::vector<ErTable> tables = readErTables(session, host, list, detail, withoutFields, stopped);
     if (stopped) return endStopped(host, run);
     saveShapes(session, host, run, drawShapes(run, tables, ShapeKind::TextBox, session.settings.excelObject2SetKage),
                path);
@@ -112,7 +115,7 @@ std::string pPutCurrentTable2ExcelDisk(Session& session, Host& host, BookRun& ru
       return "";
     }
     bool stopped = false;
-    const std::vector<ErTable> tables = readErTables(session, host, list, detail, stopped);
+    const std::vector<ErTable> tables = readErTables(session, host, list, detail, withoutFields, stopped);
     if (stopped) return endStopped(host, run);
     if (tables.empty()) {
       gMsgBox(host, "選択されていません!!", kOkOnly, "ぷんぶん!!");

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "excel/book_run.h"
 #include "excel/list_book.h"
 #include "excel/member_book.h"
 
@@ -41,38 +43,48 @@ bool readTable(Session& session, Host& host, frmTBDetail& detail, const std::str
   return true;
 }
 
-std::vector<std::string> chosenIds(const frmTBList& list) {
-  std::vector<std::string> ids;
+/// A table by its ID, and how a message names it.
+struct WantedTable {
+  std::string id;
+  std::string name;
+};
+
+std::vector<WantedTable> chosenTables(const frmTBList& list) {
+  std::vector<WantedTable> tables;
   for (const std::string& row : chosenRows(list)) {
-    if (const std::string id(tableListId(row)); !id.empty()) ids.push_back(id);
+    if (const std::string id(tableListId(row)); !id.empty()) tables.push_back({id, std::string(tableListName(row))});
   }
-  return ids;
+  return tables;
 }
 
 }  // namespace
 
 std::vector<ErTable> readErTables(Session& session, Host& host, const frmTBList& list, frmTBDetail& detail,
-                                  bool& stopped) {
-  std::vector<std::string> ids = chosenIds(list);
-  const std::size_t chosen = ids.size();
+                                  const std::function<void(ErTable&)>& reduce, bool& stopped) {
+  std::vector<WantedTable> wanted = chosenTables(list);
+  const std::size_t chosen = wanted.size();
+  std::set<std::string, std::less<>> known;
+  for (const WantedTable& table : wanted) known.insert(table.id);
   std::vector<ErTable> tables;
   stopped = false;
-  for (std::size_t i = 0; i < ids.size(); ++i) {
+  for (std::size_t i = 0; i < wanted.size(); ++i) {
     if (host.dialogs.stopRequested()) {
       stopped = true;
       break;
     }
     ErTable table;
     table.extra = i >= chosen;
-    if (!readTable(session, host, detail, ids[i], table)) continue;
+    const bool read = forTable(wanted[i].name, [&] { return readTable(session, host, detail, wanted[i].id, table); });
+    if (!read) continue;
     // What only an added table names is left out: the sheet shows the chosen ones and their neighbours.
     if (!table.extra) {
       for (const std::string& target : table.targets) {
-        if (std::ranges::find(ids, target) == ids.end()) ids.push_back(target);
+        if (known.insert(target).second) wanted.push_back({target, "ID " + target});
       }
     }
+    reduce(table);
     tables.push_back(std::move(table));
-    host.dialogs.progress(static_cast<long>(i + 1), static_cast<long>(ids.size()));
+    host.dialogs.progress(static_cast<long>(i + 1), static_cast<long>(wanted.size()));
     host.dialogs.yield();
   }
   return tables;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -27,9 +28,10 @@ struct ErTable {
 };
 
 /// The tables of the rows in LstTableSel or, when that is empty, of the selected rows of LstTable, in their order,
-/// and behind them those that their foreign keys name. Stops, with what it has, when the person asks to.
+/// and behind them those that their foreign keys name. `reduce` takes from each table what the sheet does not show.
+/// Stops, with what it has, when the person asks to.
 std::vector<ErTable> readErTables(Session& session, Host& host, const frmTBList& list, frmTBDetail& detail,
-                                  bool& stopped);
+                                  const std::function<void(ErTable&)>& reduce, bool& stopped);
 
 /// Where the boxes of an ER sheet stand: in a grid as wide as it is high, every second column a little lower.
 /// `sizes` holds the width and height of each table's box in points, the chosen ones first; the grid is made for

@@ -1,8 +1,14 @@
 #include "excel/grid_sheet.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <optional>
 
 #include "common/text.h"
+#include "common/utf8.h"
 #include "workbook/sheet_measure.h"
 
 namespace quillmarden {
@@ -12,6 +18,36 @@ namespace {
 constexpr double kFirstColumn = 14;
 constexpr double kLeast = 8;
 constexpr double kMost = 80;
+
+/// The number that the text is, in the one form that numbers have: neither a sign nor a zero in front that would be
+/// lost, and no more digits than a cell keeps.
+std::optional<double> gridNumber(std::string_view text) {
+  constexpr std::size_t kMostDigits = 15;
+  const auto digits = std::ranges::count_if(text, isDigit);
+  if (digits == 0 || static_cast<std::size_t>(digits) > kMostDigits || text == "-0") return std::nullopt;
+  double number = 0;
+  const char* const end = text.data() + text.size();
+  if (const auto read = std::from_chars(text.data(), end, number, std::chars_format::fixed);
+      read.ec != std::errc() || read.ptr != end) {
+    return std::nullopt;
+  }
+  std::array<char, 64> shown;
+  const auto [shownEnd, error] =
+      std::to_chars(shown.data(), shown.data() + shown.size(), number, std::chars_format::fixed);
+  return error == std::errc() && std::string_view(shown.data(), shownEnd) == text ? std::optional(number)
+                                                                                  : std::nullopt;
+}
+
+/// A number that shows all its digits, where the usual format would round it.
+void putGridNumber(Worksheet& sheet, CellRef cell, double number, std::string_view text) {
+  constexpr std::size_t kUsual = 11;
+  sheet.setNumber(cell, number);
+  if (text.size() <= kUsual) return;
+  const std::size_t point = text.find('.');
+  std::string format = "0";
+  if (point != std::string_view::npos) format += "." + std::string(text.size() - point - 1, '0');
+  sheet.changeStyle(cell, [&](CellStyle& style) { style.numberFormat = format; });
+}
 
 /// Writes the titles and rows, and gives the width of each column's widest text in points.
 std::vector<double> putCells(Worksheet& sheet, FontBook& fonts, const SizedFont& font, int headRow,
@@ -25,7 +61,10 @@ std::vector<double> putCells(Worksheet& sheet, FontBook& fonts, const SizedFont&
     for (int column = 1; column <= static_cast<int>(widths.size()); ++column) {
       const std::string_view text = grid.text(column, row);
       if (text.empty()) continue;
-      if (grid.numbers) {
+      const auto number = grid.numbers ? gridNumber(text) : std::nullopt;
+      if (number) {
+        putGridNumber(sheet, {headRow + row, column}, *number, text);
+      } else if (grid.numbers) {
         sheet.setEntered({headRow + row, column}, gExcelSafeText(text));
       } else {
         sheet.setText({headRow + row, column}, text);
@@ -100,7 +139,8 @@ void setUpGridPage(Worksheet& sheet, int titleRow, int frozenColumns) {
   sheet.select(cellAt("A1"));
 }
 
-Workbook gridBook(FontBook& fonts, const std::vector<std::array<std::string, 2>>& heading, const SheetGrid& grid) {
+Workbook gridBook(BookRun& run, const std::vector<std::array<std::string, 2>>& heading, const SheetGrid& grid) {
+  FontBook& fonts = run.fonts;
   Workbook book = Workbook::create();
   Worksheet& sheet = book.sheet(0);
   const CellStyle normal = book.styleAt(0);
@@ -119,6 +159,10 @@ Workbook gridBook(FontBook& fonts, const std::vector<std::array<std::string, 2>>
   frame(sheet, headRow, grid);
   fitRows(book, fonts, headRow, grid, line);
   setUpGridPage(sheet, headRow);
+  noteCutTexts(run, sheet, [&](CellRef cell) {
+    if (cell.row < headRow) return sheet.text({cell.row, 1});
+    return fmt::format("{} ({} 行目)", sheet.text({headRow, cell.column}), cell.row - headRow);
+  });
   return book;
 }
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "workbook/font_metrics.h"
+#include "excel/book_run.h"
 #include "workbook/workbook.h"
 
 namespace quillmarden {
@@ -27,8 +27,8 @@ struct SheetGrid {
 };
 
 /// A book of one sheet: the heading's lines in columns A and B, below an empty row the titles, and under them the
-/// rows, framed and in columns as wide as their texts. It prints on A4 with the titles on every page. Throws
-/// WorkbookError.
-Workbook gridBook(FontBook& fonts, const std::vector<std::array<std::string, 2>>& heading, const SheetGrid& grid);
+/// rows, framed and in columns as wide as their texts. It prints on A4 with the titles on every page. Texts that were
+/// cut are noted in the run. Throws WorkbookError.
+Workbook gridBook(BookRun& run, const std::vector<std::array<std::string, 2>>& heading, const SheetGrid& grid);
 
 }  // namespace quillmarden

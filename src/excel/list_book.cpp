@@ -146,11 +146,13 @@ bool putLines(Host& host, ListBook& list, const std::vector<std::string>& rows, 
     const Recordset table = list.session.gDB->openRecordset(kTableSql, wanted);
     if (table.eof()) continue;
     ++list.number;
-    if (withFields) {
-      putFieldLines(list, table, wanted);
-    } else {
-      putTableLine(list, table);
-    }
+    forTable(tableListName(row), [&] {
+      if (withFields) {
+        putFieldLines(list, table, wanted);
+      } else {
+        putTableLine(list, table);
+      }
+    });
     host.dialogs.progress(list.number, static_cast<long>(rows.size()));
     host.dialogs.yield();
   }
@@ -199,7 +201,14 @@ std::string putListBook(Session& session, Host& host, BookRun& run, const frmTBL
   styleTitles(made.sheet, {{1, 1}, {1, lastColumn}});
   setUpGridPage(made.sheet, 1);
   made.sheet.select(cellAt("F2"));
+  noteCutTexts(run, made.sheet, [&](CellRef cell) {
+    const std::string table = made.sheet.text({cell.row, 2});
+    if (!withFields) return table;
+    const std::string field = made.sheet.text({cell.row, 5});
+    return table + " : " + (field.empty() ? made.sheet.text({cell.row, 6}) : field);
+  });
   saveBook(session, host, book, session.gCurrentSystemName, path);
+  tellCutTexts(host, run);
   return path;
 }
 

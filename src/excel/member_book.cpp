@@ -134,7 +134,11 @@ std::string putMembers(Session& session, Host& host, BookRun& run, const frmTBLi
   }
   format(sheet, row, lastColumn);
   fitRows(book, run.fonts, row, lastColumn);
+  noteCutTexts(run, sheet, [&](CellRef cell) {
+    return sheet.text({cell.row, 1}) + " : " + sheet.text({1, cell.column});
+  });
   saveBook(session, host, book, sheetName, path);
+  tellCutTexts(host, run);
   return path;
 }
 

@@ -65,8 +65,9 @@ std::string putParticipations(Session& session, Host& host, BookRun& run, const 
                          return lines[static_cast<std::size_t>(row - 1)].*kValues[static_cast<std::size_t>(column - 1)];
                        },
                        .numbers = false};
-  Workbook book = gridBook(run.fonts, {{"システム名:", session.gCurrentSystemName}}, grid);
+  Workbook book = gridBook(run, {{"システム名:", session.gCurrentSystemName}}, grid);
   saveBook(session, host, book, "参加システム一覧", path);
+  tellCutTexts(host, run);
   return path;
 }
 

@@ -86,13 +86,13 @@ bool pGetQueryData(Session& session, Host& host, frmReport& screen) {
   }
 }
 
-Workbook reportBook(const Session& session, FontBook& fonts, const frmReport& screen) {
+Workbook reportBook(const Session& session, BookRun& run, const frmReport& screen) {
   const Spread& cells = screen.Spread;
   SheetGrid grid;
   for (int column = 1; column <= cells.maxCols(); ++column) grid.titles.push_back(cells.column(column).title);
   grid.rows = cells.maxRows();
   grid.text = [&cells](int column, int row) { return cells.text(column, row); };
-  return gridBook(fonts,
+  return gridBook(run,
                   {{"システム名:", session.gCurrentSystemName},
                    {"Query:", screen.CmbDataSource.text},
                    {"パラメータ1:", screen.TxtPara[0].text},
@@ -109,8 +109,9 @@ std::string PutExcelFile(Session& session, Host& host, BookRun& run, const frmRe
   const WaitText wait(host, "Excel出力中です....");
   const std::string path = workFile(session, run, "temptemp.xlsx");
   if (!mayReplaceOrTell(session, host, path)) return "";
-  Workbook book = reportBook(session, run.fonts, screen);
+  Workbook book = reportBook(session, run, screen);
   saveBook(session, host, book, screen.CmbDataSource.text, path);
+  tellCutTexts(host, run);
   return path;
 }
 

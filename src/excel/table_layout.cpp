@@ -279,8 +279,29 @@ std::string putBlankBook(Session& session, Host& host, BookRun& run, const frmTB
     layout.sheet.setPageSetup(page);
   }
   layout.sheet.select(cellAt("A1"));
+  noteCutTexts(run, layout.sheet, [&](CellRef cell) {
+    const int row = cell.row - kFirstFieldRow + 1;
+    if (row > rows) return placeInTable(detail, "付帯事項");
+    return row < 1 ? placeInTable(detail, "") : placeInTable(detail, row);
+  });
   saveBook(session, host, book, detail.txtTableNameJPN.text, path);
   return path;
+}
+
+/// Each kind of layout, by what the table and its System are.
+std::string putLayout(Session& session, Host& host, BookRun& run, const frmTBDetail& detail, std::string_view system) {
+  if (detail.mode == DetailMode::Prj) {
+    session.log.gPutLog(host, "ExcelPut to PG管理");
+    return PutExcelFile2PGControl(session, host, run, detail);
+  }
+  session.log.gPutLog(host, "ExcelPut");
+  const std::string systemName(system == kAllSystems ? std::string_view(detail.lblSystemName.caption) : system);
+  SystemRecord record;
+  if (!readOutputSystem(session, host, systemName, record)) return "";
+  if (trim(record.formatFile).empty()) return putBlankBook(session, host, run, detail, record, systemName);
+  session.log.gPutLog(host, "ExcelPut to ユーザー設定書式");
+  session.log.gPutLog(host, "FileName:" + record.formatFile);
+  return pPutCurrentTable2ExcelUserFormat(session, host, run, detail, record, systemName);
 }
 
 std::string minuteOf(std::string_view stored) {
@@ -289,6 +310,16 @@ std::string minuteOf(std::string_view stored) {
 }
 
 }  // namespace
+
+std::string placeInTable(const frmTBDetail& detail, std::string_view place) {
+  const std::string table(trim(detail.txtTableNameJPN.text));
+  return trim(place).empty() ? table : table + " : " + std::string(trim(place));
+}
+
+std::string placeInTable(const frmTBDetail& detail, int row) {
+  const std::string_view name = detail.Spread.text(field_col::kJapaneseName, row);
+  return placeInTable(detail, trim(name).empty() ? detail.Spread.text(field_col::kFieldName, row) : name);
+}
 
 TableDates GetTableName作成変更日(Session& session, std::string_view tableId) {
   TableDates dates;
@@ -312,23 +343,10 @@ std::string pPutCurrentTable2ExcelFile(Session& session, Host& host, BookRun& ru
     return "";
   }
   try {
-    std::string path;
-    if (detail.mode == DetailMode::Prj) {
-      session.log.gPutLog(host, "ExcelPut to PG管理");
-      path = PutExcelFile2PGControl(session, host, run, detail);
-    } else {
-      session.log.gPutLog(host, "ExcelPut");
-      const std::string systemName(system == kAllSystems ? std::string_view(detail.lblSystemName.caption) : system);
-      SystemRecord record;
-      if (!readOutputSystem(session, host, systemName, record)) return "";
-      if (trim(record.formatFile).empty()) {
-        path = putBlankBook(session, host, run, detail, record, systemName);
-      } else {
-        session.log.gPutLog(host, "ExcelPut to ユーザー設定書式");
-        session.log.gPutLog(host, "FileName:" + record.formatFile);
-        path = pPutCurrentTable2ExcelUserFormat(session, host, run, detail, record, systemName);
-      }
-    }
+    run.formatFault.clear();
+    const std::string path =
+        forTable(detail.txtTableNameJPN.text, [&] { return putLayout(session, host, run, detail, system); });
+    tellCutTexts(host, run);
     if (openAfter && !path.empty()) openFinished(host, path, detail.txtTableNameJPN.text);
     return path;
   } catch (const std::exception& error) {

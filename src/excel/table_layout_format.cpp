@@ -104,6 +104,7 @@ std::string pPutCurrentTable2ExcelUserFormat(Session& session, Host& host, BookR
   std::string errorText;
   if (gGetLayoutFormat(session, host, system.formatFile, format, errorText, true) == -1) {
     session.log.gPutLog(host, "×:ユーザー設定書式 取得失敗");
+    run.formatFault = errorText.empty() ? "読み込めません." : errorText;
     return "";
   }
   const std::string name = safeName(detail.txtTableNameJPN.text);
@@ -142,6 +143,10 @@ std::string pPutCurrentTable2ExcelUserFormat(Session& session, Host& host, BookR
   }
   sheet.select(cellAt("A1"));
   book.renameSheet(sheet.index(), cutSheetName(name));
+  noteCutTexts(run, sheet, [&](CellRef cell) {
+    const int row = cell.row - start + 1;
+    return row < 1 || row > rows ? placeInTable(detail, "") : placeInTable(detail, row);
+  });
   saveBook(session, host, book, detail.txtTableNameJPN.text, path);
   return path;
 }

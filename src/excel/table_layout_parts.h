@@ -7,6 +7,10 @@
 
 namespace quillmarden {
 
+/// How a message names what belongs to a table: a place in it, or the field of a row of the grid.
+std::string placeInTable(const frmTBDetail& detail, std::string_view place);
+std::string placeInTable(const frmTBDetail& detail, int row);
+
 // The other two forms of a layout. Both give the file, "" after a message, and throw what the workbook or the
 // Repository throws.
 

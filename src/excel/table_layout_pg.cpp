@@ -3,6 +3,7 @@
 #include "common/paths.h"
 #include "excel/layout_names.h"
 #include "excel/table_layout_parts.h"
+#include "workbook/sheet_measure.h"
 
 namespace quillmarden {
 namespace {
@@ -45,6 +46,15 @@ void format(Worksheet& sheet) {
   sheet.changeStyle(rangeAt("H:H"), [](CellStyle& style) { style.alignment.wrap = true; });
 }
 
+/// Each row as high as its texts need it.
+void fitGridRows(Workbook& book, FontBook& fonts, const frmTBDetail& detail) {
+  SheetMeasure measure(book, 0, fonts);
+  for (int row = 1; row <= detail.Spread.maxRows() + 1; ++row) {
+    const double needed = measure.neededHeight(row, 1, detail.Spread.maxCols());
+    if (needed > book.sheet(0).rowHeight(row)) book.sheet(0).setRowHeight(row, needed);
+  }
+}
+
 void setUpPage(Worksheet& sheet, const DateTime& now) {
   PageSetup page = sheet.pageSetup();
   page.header.center = "&A";
@@ -67,8 +77,12 @@ std::string PutExcelFile2PGControl(Session& session, Host& host, BookRun& run, c
   Worksheet& sheet = book.sheet(0);
   putGrid(sheet, detail);
   format(sheet);
+  fitGridRows(book, run.fonts, detail);
   setUpPage(sheet, host.clock.now());
   sheet.select(cellAt("A1"));
+  noteCutTexts(run, sheet, [&](CellRef cell) {
+    return placeInTable(detail, sheet.text({cell.row, 2}) + " " + sheet.text({1, cell.column}));
+  });
   saveBook(session, host, book, detail.txtTableNameJPN.text, path);
   return path;
 }

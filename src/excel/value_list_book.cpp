@@ -17,8 +17,9 @@ std::string pPutCurrentAtaiList2ExcelFile(Session& session, Host& host, BookRun&
                           },
                           // The codes of a list of texts stay what they are, leading zeros and signs included.
                           .numbers = screen.lblKata.caption != "文字"};
-  Workbook book = gridBook(run.fonts, list.heading, grid);
+  Workbook book = gridBook(run, list.heading, grid);
   saveBook(session, host, book, screen.lblAtai.caption, path);
+  tellCutTexts(host, run);
   return path;
 }
 

@@ -115,6 +115,20 @@ DateTime localDateTime(std::time_t time) {
   return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec};
 }
 
+DateTime universalDateTime(const DateTime& local) {
+  std::tm parts{};
+  parts.tm_year = local.year - 1900;
+  parts.tm_mon = local.month - 1;
+  parts.tm_mday = local.day;
+  parts.tm_hour = local.hour;
+  parts.tm_min = local.minute;
+  parts.tm_sec = local.second;
+  parts.tm_isdst = -1;
+  const std::time_t time = std::mktime(&parts);
+  if (time == static_cast<std::time_t>(-1) || gmtime_r(&time, &parts) == nullptr) return local;
+  return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec};
+}
+
 DateTime systemNow() { return localDateTime(std::time(nullptr)); }
 
 std::int64_t secondsBetween(const DateTime& from, const DateTime& to) { return seconds(to) - seconds(from); }

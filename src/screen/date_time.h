@@ -31,6 +31,9 @@ std::optional<DateTime> parseDateTime(std::string_view text);
 
 /// The moment of a file or system time on this machine's own clock.
 DateTime localDateTime(std::time_t time);
+/// A moment of this machine's own clock in universal time. Of an hour that the clock shows twice
+/// either may be meant; where the system can't tell, the moment stands as it is.
+DateTime universalDateTime(const DateTime& local);
 /// The machine's clock, for hosts that have no other.
 DateTime systemNow();
 

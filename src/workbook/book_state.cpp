@@ -152,7 +152,7 @@ std::unique_ptr<BookState> BookState::clone() {
   copy->slots.reserve(slots.size());
   for (const SheetSlot& slot : slots) {
     copy->slots.push_back({slot.name, slot.part, slot.relation, slot.otherAttributes, slot.cells, slot.touched,
-                           slot.model, slot.formulas, nullptr});
+                           slot.model, slot.formulas, slot.cutTexts, nullptr});
   }
   copy->renewHandles();
   return copy;

@@ -25,6 +25,7 @@ struct SheetSlot {
   bool touched = false;         ///< the model replaces the part
   LazyShared<SheetModel> model;
   LazyShared<bool> formulas;  ///< whether the part as it came has any
+  std::vector<CellRef> cutTexts;
   std::unique_ptr<Worksheet> handle;
 };
 

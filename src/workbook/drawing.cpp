@@ -238,7 +238,7 @@ int pixels(double points) { return static_cast<int>(std::lround(points * kPixels
 // Names of legacy shapes are XML ids: what those can't hold stands as _x0000_ escapes.
 std::string legacyName(std::string_view name) {
   std::string out;
-  for (const char c : name) {
+  for (const char c : xmlSafe(name)) {
     const auto byte = static_cast<unsigned char>(c);
     const bool plain = byte >= 0x80 || (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
                        c == '_' || c == '-' || c == '.';
@@ -292,12 +292,12 @@ std::string drawingAnchors(const Drawing& drawing, const SheetGeometry& geometry
 }
 
 std::string legacyShapes(const Drawing& drawing, const SheetGeometry& geometry, int firstShape,
-                         const AddMedia& addPreview) {
+                         const std::vector<std::string>& previews) {
   Rulers rulers(geometry);
   std::string out;
   for (std::size_t i = 0; i < drawing.objects.size(); ++i) {
     const OleObject& object = drawing.objects[i];
-    out += legacyShape(object, firstShape + static_cast<int>(i), i, addPreview(object.preview, "emf"), rulers);
+    out += legacyShape(object, firstShape + static_cast<int>(i), i, previews[i], rulers);
   }
   return out;
 }
@@ -324,11 +324,11 @@ std::string legacyDrawing(std::string_view shapes, int firstShape, std::size_t c
       blocks, shapes);
 }
 
-std::string oleObjects(const Drawing& drawing, int firstShape, const AddMedia& addBook) {
+std::string oleObjects(const Drawing& drawing, int firstShape, const std::vector<std::string>& books) {
   std::string out;
   for (std::size_t i = 0; i < drawing.objects.size(); ++i) {
     out += fmt::format("<oleObject progId=\"Excel.Sheet.12\" shapeId=\"{}\" r:id=\"{}\"/>",
-                       firstShape + static_cast<int>(i), addBook(drawing.objects[i].book, "xlsx"));
+                       firstShape + static_cast<int>(i), books[i]);
   }
   return out;
 }

@@ -77,12 +77,18 @@ struct SheetPicture {
   std::string extension;  ///< "png", "bmp", "emf" ...
 };
 
-/// A workbook that stands in the sheet as an object and opens by a double click.
+/// What an object consists of.
+struct EmbeddedBook {
+  std::string book;     ///< the bytes of an .xlsx package
+  std::string preview;  ///< the bytes of the .emf picture that is shown
+};
+
+/// A workbook that stands in the sheet as an object and opens by a double click. It is made while the sheet's book is
+/// written, so that a book of thousands of objects holds one at a time; each writing gives the same.
 struct OleObject {
   std::string name;
   Box box;
-  std::string book;     ///< the bytes of an .xlsx package
-  std::string preview;  ///< the bytes of the .emf picture that is shown
+  std::function<EmbeddedBook()> make;
   bool shadow = false;
   double lineWeight = 0.75;
 };
@@ -112,14 +118,15 @@ std::string drawingAnchors(const Drawing& drawing, const SheetGeometry& geometry
                            const AddMedia& addMedia);
 
 /// The shape elements of the legacy (VML) drawing that place the objects. Shape numbers count up from `firstShape`;
-/// `addPreview` adds a picture to the legacy drawing's own relationships.
+/// `previews` are the objects' pictures among the legacy drawing's own relationships.
 std::string legacyShapes(const Drawing& drawing, const SheetGeometry& geometry, int firstShape,
-                         const AddMedia& addPreview);
+                         const std::vector<std::string>& previews);
 
 /// A whole legacy drawing around such shapes.
 std::string legacyDrawing(std::string_view shapes, int firstShape, std::size_t count);
 
-/// The oleObject elements of the sheet, in the order of the shapes. `addBook` adds the embedded package.
-std::string oleObjects(const Drawing& drawing, int firstShape, const AddMedia& addBook);
+/// The oleObject elements of the sheet, in the order of the shapes. `books` are the embedded packages among the sheet's
+/// relationships.
+std::string oleObjects(const Drawing& drawing, int firstShape, const std::vector<std::string>& books);
 
 }  // namespace quillmarden

@@ -2,6 +2,8 @@
 
 #include <zip.h>
 
+#include <unordered_set>
+
 #include "workbook/content_types.h"
 #include "workbook/package_data.h"
 #include "workbook/part_name.h"
@@ -108,6 +110,19 @@ PackagePart& Package::Data::make(std::string_view name) {
   parts.emplace_back();
   parts.back().name = name;
   return parts.back();
+}
+
+Relationships& Package::Data::ownRelationships(std::string_view part, const Relationships& present) {
+  const std::string name = relationshipsPart(part);
+  PackagePart* list = find(name);
+  // A book of a thousand sheets is tied together one by one; its list is not copied for each.
+  const bool alone = list != nullptr && !list->bytes && !list->archive && list->relations.use_count() == 1;
+  if (!alone) {
+    auto copy = std::make_shared<Relationships>(present);
+    list = &make(name);
+    list->relations = std::move(copy);
+  }
+  return *list->relations;
 }
 
 Package::Package() : data_(std::make_unique<Data>()) {
@@ -230,17 +245,26 @@ std::string Package::relate(std::string_view part, std::string_view type, std::s
   const std::string relative = relativeTarget(part, target);
   for (const Relationship& item : present.items)
     if (!item.external && item.type == type && item.target == relative) return item.id;
-  PackagePart* list = data_->find(relationshipsPart(part));
-  const bool alone = list != nullptr && !list->bytes && !list->archive && list->relations.use_count() == 1;
-  if (!alone) {
-    Relationships copy = present;
-    setRelationships(part, std::move(copy));
-    list = data_->find(relationshipsPart(part));
-  }
-  // A book of a thousand sheets is tied together one by one; its list is not copied for each.
-  Relationships& all = *list->relations;
+  Relationships& all = data_->ownRelationships(part, present);
   all.items.push_back({all.freeId(), std::string(type), relative, false});
   return all.items.back().id;
+}
+
+std::vector<std::string> Package::relateAll(std::string_view part, std::string_view type,
+                                            const std::vector<std::string>& targets) {
+  Relationships& all = data_->ownRelationships(part, relationships(part));
+  std::unordered_set<std::string> taken;
+  for (const Relationship& item : all.items) taken.insert(item.id);
+  std::vector<std::string> ids;
+  for (const std::string& target : targets) {
+    std::size_t number = all.items.size() + 1;
+    std::string id;
+    do id = "rId" + std::to_string(number++);
+    while (!taken.insert(id).second);
+    all.items.push_back({id, std::string(type), relativeTarget(part, target), false});
+    ids.push_back(std::move(id));
+  }
+  return ids;
 }
 
 std::string Package::add(std::string_view stem, std::string_view extension, std::string_view contentType,

@@ -18,7 +18,7 @@ namespace quillmarden {
 struct PackageLimits {
   std::uint64_t partBytes = 512ULL << 20;
   std::uint64_t totalBytes = 1024ULL << 20;
-  std::uint64_t entries = 20000;
+  std::uint64_t entries = 65535;
   /// Unpacked to packed bytes, for parts above a megabyte.
   std::uint64_t ratio = 400;
 };
@@ -66,6 +66,9 @@ class Package {
   void setRelationships(std::string_view part, Relationships relationships);
   /// Adds a relationship from one part to another and gives its id; an equal one is used again.
   std::string relate(std::string_view part, std::string_view type, std::string_view target);
+  /// As relate, for targets that the part does not name yet. Gives their ids.
+  std::vector<std::string> relateAll(std::string_view part, std::string_view type,
+                                     const std::vector<std::string>& targets);
   /// Adds a part under the first free name with a number before the extension: "xl/media/image" and "png" give
   /// "xl/media/image1.png". With `contentType` "" the extension's default type must be known. Gives the name.
   std::string add(std::string_view stem, std::string_view extension, std::string_view contentType, std::string bytes);

@@ -42,6 +42,8 @@ struct Package::Data {
 
   PackagePart* find(std::string_view name);
   PackagePart& make(std::string_view name);
+  /// The part's relationships, `present` so far, as a list that no copy of the package shares.
+  Relationships& ownRelationships(std::string_view part, const Relationships& present);
 };
 
 /// The bytes of an archive's entry. Throws WorkbookError (Damaged).

@@ -1,6 +1,7 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -10,6 +11,7 @@
 #include "workbook/content_types.h"
 #include "workbook/package.h"
 #include "workbook/package_data.h"
+#include "workbook/spill_buffer.h"
 
 namespace quillmarden {
 
@@ -102,16 +104,67 @@ zip_int64_t feedCommand(void* state, void* data, zip_uint64_t length, zip_source
   }
 }
 
-/// A zip file under construction in memory.
+/// Where libzip writes the file, as a source of its own.
+struct ZipTarget {
+  SpillBuffer buffer;
+  zip_error_t error{};
+
+  zip_int64_t fail(int code) {
+    zip_error_set(&error, code, 0);
+    return -1;
+  }
+};
+
+zip_int64_t targetCommand(void* state, void* data, zip_uint64_t length, zip_source_cmd_t command) {
+  auto* target = static_cast<ZipTarget*>(state);
+  switch (command) {
+    case ZIP_SOURCE_STAT:
+      // There is no file yet.
+      zip_error_set(&target->error, ZIP_ER_READ, ENOENT);
+      return -1;
+    case ZIP_SOURCE_BEGIN_WRITE:
+    case ZIP_SOURCE_COMMIT_WRITE:
+    case ZIP_SOURCE_ROLLBACK_WRITE:
+    case ZIP_SOURCE_REMOVE:
+    case ZIP_SOURCE_FREE:
+      return 0;
+    case ZIP_SOURCE_WRITE:
+      if (!target->buffer.write({static_cast<const char*>(data), static_cast<std::size_t>(length)}))
+        return target->fail(ZIP_ER_WRITE);
+      return static_cast<zip_int64_t>(length);
+    case ZIP_SOURCE_TELL_WRITE:
+      return static_cast<zip_int64_t>(target->buffer.place());
+    case ZIP_SOURCE_SEEK_WRITE: {
+      const zip_int64_t place =
+          zip_source_seek_compute_offset(target->buffer.place(), target->buffer.size(), data, length, &target->error);
+      if (place < 0) return -1;
+      target->buffer.seek(static_cast<std::uint64_t>(place));
+      return 0;
+    }
+    case ZIP_SOURCE_ERROR:
+      return zip_error_to_data(&target->error, data, length);
+    case ZIP_SOURCE_SUPPORTS:
+      // Reading is named, though a new file is never read, since libzip takes no other source for a file.
+      return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT,
+                                            ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL,
+                                            ZIP_SOURCE_SUPPORTS, ZIP_SOURCE_BEGIN_WRITE, ZIP_SOURCE_COMMIT_WRITE,
+                                            ZIP_SOURCE_ROLLBACK_WRITE, ZIP_SOURCE_WRITE, ZIP_SOURCE_SEEK_WRITE,
+                                            ZIP_SOURCE_TELL_WRITE, ZIP_SOURCE_REMOVE, -1);
+    default:
+      return target->fail(ZIP_ER_OPNOTSUPP);
+  }
+}
+
+/// A zip file under construction.
 class ZipWriter {
  public:
   ZipWriter() {
     zip_error_t error;
     zip_error_init(&error);
-    target_ = zip_source_buffer_create(nullptr, 0, 0, &error);
-    if (target_ != nullptr) {
-      zip_source_keep(target_);
-      zip_ = zip_open_from_source(target_, ZIP_TRUNCATE, &error);
+    zip_source_t* source = zip_source_function_create(&targetCommand, &target_, &error);
+    if (source != nullptr) {
+      zip_ = zip_open_from_source(source, ZIP_CREATE | ZIP_TRUNCATE, &error);
+      if (zip_ == nullptr) zip_source_free(source);
     }
     zip_error_fini(&error);
     if (zip_ == nullptr) cannotWrite("", "メモリが足りません.");
@@ -120,7 +173,6 @@ class ZipWriter {
   ZipWriter& operator=(const ZipWriter&) = delete;
   ~ZipWriter() {
     if (zip_ != nullptr) zip_discard(zip_);
-    if (target_ != nullptr) zip_source_free(target_);
   }
 
   /// The bytes must live until finish.
@@ -138,7 +190,7 @@ class ZipWriter {
     auto* feed = new Feed{part.make, part.size, fault_, {}, {}, 0, {}};
     zip_source_t* source = zip_source_function(zip_, &feedCommand, feed);
     if (source == nullptr) delete feed;
-    put(part.name, source, true);
+    put(part.name, source, !part.name.ends_with(".xlsx"));
   }
 
   /// Writes all entries; `take` gets the file's bytes piece by piece. `stop` is asked often, and must not throw.
@@ -155,15 +207,7 @@ class ZipWriter {
       cannotWrite("", zip_strerror(zip_));
     }
     zip_ = nullptr;
-    if (zip_source_open(target_) != 0) cannotWrite("", "メモリが足りません.");
-    std::string block(1U << 16, '\0');
-    for (;;) {
-      const zip_int64_t got = zip_source_read(target_, block.data(), block.size());
-      if (got < 0) cannotWrite("", "メモリが足りません.");
-      if (got == 0) break;
-      take(std::string_view(block).substr(0, static_cast<std::size_t>(got)));
-    }
-    zip_source_close(target_);
+    if (!target_.buffer.read(take)) cannotWrite("", "一時ファイルを読めません.");
   }
 
  private:
@@ -189,7 +233,7 @@ class ZipWriter {
     zip_file_set_dostime(zip_, entry, 0, kDosDate, 0);
   }
 
-  zip_source_t* target_ = nullptr;
+  ZipTarget target_;
   zip_t* zip_ = nullptr;
   std::exception_ptr fault_;
 };

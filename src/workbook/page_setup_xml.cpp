@@ -77,7 +77,7 @@ void writeHeaders(SheetModel& sheet, const PageSetup& setup, const std::string& 
   root.remove_child(childNamed(root, "oddFooter"));
   // They stand before the texts of even and first pages.
   const auto put = [&](const char* name, const std::string& text) {
-    if (!text.empty()) root.prepend_child(texts.element(name).c_str()).text().set(text.c_str());
+    if (!text.empty()) root.prepend_child(texts.element(name).c_str()).text().set(xmlSafe(text).c_str());
   };
   put("oddFooter", footer);
   put("oddHeader", header);

@@ -1,6 +1,7 @@
 #include "workbook/sheet_drawing.h"
 
 #include <algorithm>
+#include <memory>
 #include <pugixml.hpp>
 
 #include "workbook/drawing.h"
@@ -54,6 +55,26 @@ void addAnchors(Workbook& book, int sheet, const Drawing& drawing, const SheetGe
   book.package().set(part, withinRoot(std::move(xml), anchors, part));
 }
 
+/// Makes the objects one after the other while the package is written. Book and picture of an object are written side
+/// by side, so the last one is kept.
+class ObjectMaker {
+ public:
+  explicit ObjectMaker(const std::vector<OleObject>& objects) {
+    for (const OleObject& object : objects) makers_.push_back(object.make);
+  }
+
+  const EmbeddedBook& object(std::size_t number) {
+    if (last_ != number) made_ = makers_[number]();
+    last_ = number;
+    return made_;
+  }
+
+ private:
+  std::vector<std::function<EmbeddedBook()>> makers_;
+  std::size_t last_ = static_cast<std::size_t>(-1);
+  EmbeddedBook made_;
+};
+
 void addObjects(Workbook& book, int sheet, const Drawing& drawing, const SheetGeometry& geometry) {
   const std::string former = book.legacyDrawingPart(sheet);
   std::string xml = former.empty() ? "" : book.package().bytes(former);
@@ -62,17 +83,20 @@ void addObjects(Workbook& book, int sheet, const Drawing& drawing, const SheetGe
                              : std::max(highestNumber(xml, "id", former), highestNumber(xml, "o:spid", former)) + 1;
   // The part comes first, for its relationships.
   const std::string part = former.empty() ? book.setLegacyDrawing(sheet, "<xml/>") : former;
-  const auto addPreview = [&](const std::string& bytes, std::string_view extension) {
-    return book.package().relate(part, kImageType, book.addMedia(bytes, extension));
-  };
-  const std::string shapes = legacyShapes(drawing, geometry, firstShape, addPreview);
-  const std::string whole = legacyDrawing(shapes, firstShape, drawing.objects.size());
-  book.setLegacyDrawing(sheet, xml.empty() ? whole : withinRoot(std::move(xml), shapes, part));
+  const auto maker = std::make_shared<ObjectMaker>(drawing.objects);
+  std::vector<std::string> books;
+  std::vector<std::string> previews;
+  for (std::size_t i = 0; i < drawing.objects.size(); ++i) {
+    books.push_back(book.addMedia([maker, i] { return maker->object(i).book; }, "xlsx"));
+    previews.push_back(book.addMedia([maker, i] { return maker->object(i).preview; }, "emf"));
+  }
+  const std::string shapes =
+      legacyShapes(drawing, geometry, firstShape, book.package().relateAll(part, kImageType, previews));
+  book.setLegacyDrawing(sheet, xml.empty() ? legacyDrawing(shapes, firstShape, drawing.objects.size())
+                                           : withinRoot(std::move(xml), shapes, part));
 
-  const auto addBook = [&](const std::string& bytes, std::string_view extension) {
-    return book.relateSheet(sheet, kPackageType, book.addMedia(bytes, extension));
-  };
-  const std::string objects = oleObjects(drawing, firstShape, addBook);
+  const std::string objects =
+      oleObjects(drawing, firstShape, book.package().relateAll(book.sheetPart(sheet), kPackageType, books));
   const std::string present = book.sheet(sheet).element("oleObjects");
   book.sheet(sheet).setElement("oleObjects", present.empty() ? "<oleObjects>" + objects + "</oleObjects>"
                                                              : withinRoot(present, objects, "oleObjects"));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "workbook/number_format.h"
 #include "workbook/styles_xml.h"
 #include "workbook/workbook_error.h"
 #include "workbook/xml_fragment.h"
@@ -207,6 +208,10 @@ int StyleTable::addNamed(const std::string& name) {
 
 bool StyleTable::isText(StyleId id) const {
   return id < formats_.size() && numberFormat(formats_[id].numberFormat) == "@";
+}
+
+bool StyleTable::isDate(StyleId id) const {
+  return id < formats_.size() && showsDates(numberFormat(formats_[id].numberFormat));
 }
 
 CellStyle StyleTable::basedOn(CellStyle style, std::string_view name) const {

@@ -46,6 +46,8 @@ class StyleTable {
   StyleId add(const CellStyle& style);
   /// Whether cells of the format take what is typed as text.
   bool isText(StyleId id) const;
+  /// Whether the format shows dates or times.
+  bool isDate(StyleId id) const;
   bool hasQuotePrefix(StyleId id) const { return id < formats_.size() && formats_[id].quotePrefix; }
   /// The style based on a named one, with that one's number format.
   CellStyle basedOn(CellStyle style, std::string_view name) const;

@@ -184,7 +184,7 @@ void Workbook::setProperties(const DocumentProperties& properties) {
     if (value.empty()) continue;
     pugi::xml_node node = childNamed(core.root(), localName(std::string_view(property.element)));
     if (!node) node = addProperty(core.root(), property);
-    node.text().set(value.c_str());
+    node.text().set(xmlSafe(value).c_str());
   }
   package.set(part, "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n" + core.xml());
 }

@@ -110,6 +110,8 @@ class Workbook {
   std::string setLegacyDrawing(int index, std::string xml);
   /// Adds a picture or an embedded book under xl/media or xl/embeddings; equal bytes are stored once. Gives the name.
   std::string addMedia(std::string bytes, std::string_view extension);
+  /// As addMedia, with bytes that are made each time that the book is written; every one is stored.
+  std::string addMedia(std::function<std::string()> make, std::string_view extension);
 
   /// The whole book as a package; the same content gives the same bytes.
   std::string bytes() const;

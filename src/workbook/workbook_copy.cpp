@@ -169,7 +169,7 @@ void dropTies(SheetModel& model, const std::string& part) {
 Worksheet& Workbook::copySheetFrom(const Workbook& source, int sheet, int before) {
   const BookState& from = *source.state_;
   BookState& book = *state_;
-  const SheetSlot slot{from.slot(sheet).name, from.slot(sheet).part, "", "", true, false, {}, {}, nullptr};
+  const SheetSlot slot{from.slot(sheet).name, from.slot(sheet).part, "", "", true, false, {}, {}, {}, nullptr};
   if (before < 0 || before > sheetCount())
     throw WorkbookError(WorkbookFault::BadValue, "", "シートの位置が正しくありません.");
   SheetModel model = from.model(static_cast<std::size_t>(sheet));

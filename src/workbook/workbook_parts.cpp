@@ -38,6 +38,12 @@ std::string besideBook(const BookState& book, std::string_view folder) {
   return std::string(partFolder(book.workbookPart)) + std::string(folder);
 }
 
+/// What stands before the number in the name of a picture or an embedded book.
+std::string mediaStem(const BookState& book, std::string_view extension) {
+  const bool picture = usualContentType(extension).starts_with("image/");
+  return besideBook(book, picture ? "media/image" : "embeddings/Microsoft_Excel_Sheet");
+}
+
 }  // namespace
 
 Package& Workbook::package() { return state_->package; }
@@ -82,13 +88,28 @@ std::string Workbook::setLegacyDrawing(int index, std::string xml) {
 }
 
 std::string Workbook::addMedia(std::string bytes, std::string_view extension) {
-  const bool picture = usualContentType(extension).starts_with("image/");
-  const std::string stem = besideBook(*state_, picture ? "media/image" : "embeddings/Microsoft_Excel_Sheet");
+  const std::string stem = mediaStem(*state_, extension);
   for (const std::string& name : state_->package.names())
     if (name.starts_with(stem) && name.ends_with("." + std::string(extension)) &&
         state_->package.sameBytes(name, bytes))
       return name;
   return state_->package.add(stem, extension, "", std::move(bytes));
+}
+
+std::string Workbook::addMedia(std::function<std::string()> make, std::string_view extension) {
+  constexpr std::uint64_t kAbout = 1U << 20;
+  Package& package = state_->package;
+  const std::string name = package.add(mediaStem(*state_, extension), extension, "", "");
+  const auto once = [make = std::move(make)]() -> PartSource {
+    return [make, given = false](std::string& out) mutable {
+      if (given) return false;
+      given = true;
+      out += make();
+      return true;
+    };
+  };
+  package.stream(name, once, kAbout);
+  return name;
 }
 
 }  // namespace quillmarden

@@ -73,7 +73,8 @@ void checkSheetName(std::string_view name) {
   if (name.empty()) badName(name, "が空です.");
   if (utf16Length(name) > kMaxSheetName) badName(name, "が長すぎます. 最大 31 文字です.");
   const bool control = std::any_of(name.begin(), name.end(), [](char c) { return c >= 0 && c < 0x20; });
-  if (control || name.find_first_of(":\\/?*[]") != std::string_view::npos) badName(name, "に使えない文字があります.");
+  if (control || xmlSafe(name) != name || name.find_first_of(":\\/?*[]") != std::string_view::npos)
+    badName(name, "に使えない文字があります.");
   if (name.front() == '\'' || name.back() == '\'') badName(name, "の端に ' は使えません.");
   if (isReservedSheetName(name)) badName(name, "は予約されています.");
 }

@@ -7,6 +7,7 @@
 
 #include "workbook/book_state.h"
 #include "workbook/formula_shift.h"
+#include "workbook/number_format.h"
 #include "workbook/xml_text.h"
 
 namespace quillmarden {
@@ -14,6 +15,8 @@ namespace quillmarden {
 namespace {
 
 constexpr std::size_t kMaxText = 32767;
+constexpr std::string_view kCutMark = "…(以下省略)";
+constexpr double kDaysTo1904 = 1462;
 // Longer numbers are shown rounded or with an exponent.
 constexpr std::size_t kGeneralWidth = 11;
 
@@ -104,10 +107,11 @@ static std::string withLineFeeds(std::string_view text) {
 
 void Worksheet::setText(CellRef cell, std::string_view text) {
   check(cell);
-  if (text.size() > kMaxText && utf16Length(text) > kMaxText)
-    throw WorkbookError(
-        WorkbookFault::BadValue, "",
-        "セル " + cellName(cell) + " の文字列が長すぎます. 最大 " + std::to_string(kMaxText) + " 文字です.");
+  if (text.size() > kMaxText && utf16Length(text) > kMaxText) {
+    book_.slots[index_].cutTexts.push_back(cell);
+    const std::string_view beginning = utf16Prefix(text, kMaxText - utf16Length(kCutMark));
+    return setText(cell, std::string(beginning).append(kCutMark));
+  }
   StoredCell& stored = edit().makeCell(cell);
   if (text.empty()) {
     stored.set(StoredKind::Empty, 0);
@@ -117,6 +121,8 @@ void Worksheet::setText(CellRef cell, std::string_view text) {
     stored.set(StoredKind::Text, book_.editStrings().intern(withLineFeeds(text)));
   }
 }
+
+const std::vector<CellRef>& Worksheet::cutTexts() const { return book_.slots[index_].cutTexts; }
 
 void Worksheet::setEntered(CellRef cell, std::string_view text) {
   check(cell);
@@ -128,6 +134,10 @@ void Worksheet::setEntered(CellRef cell, std::string_view text) {
   if (book_.styles().isText(style)) return setText(cell, text);
   if (text.starts_with('=') && isFormula(text.substr(1))) return setFormula(cell, text.substr(1));
   if (const auto number = plainNumberOf(text)) return setNumber(cell, *number);
+  if (const auto serial = dateSerial(text); serial && book_.styles().isDate(style)) {
+    const double shift = book_.countsFrom1904() ? kDaysTo1904 : 0;
+    if (*serial >= shift) return setNumber(cell, *serial - shift);
+  }
   setText(cell, text);
 }
 
@@ -144,7 +154,7 @@ void Worksheet::setBoolean(CellRef cell, bool value) {
 }
 
 void Worksheet::setDate(CellRef cell, double serial, std::string_view format) {
-  setNumber(cell, book_.countsFrom1904() ? serial - 1462 : serial);
+  setNumber(cell, book_.countsFrom1904() ? serial - kDaysTo1904 : serial);
   changeStyle(cell, [&](CellStyle& style) { style.numberFormat = format; });
 }
 

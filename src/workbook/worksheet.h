@@ -44,12 +44,12 @@ class Worksheet {
 
   // --- values. The cell's format stays, save where a function says otherwise.
 
-  /// A text as it stands, never taken for anything else; its line ends become LF. "" leaves an empty cell. More than
-  /// 32767 UTF-16 units throw BadValue.
+  /// A text as it stands, never taken for anything else; its line ends become LF. "" leaves an empty cell. Of a text
+  /// of more than 32767 UTF-16 units the cell takes the beginning, with a mark at its end, and cutTexts() names it.
   void setText(CellRef cell, std::string_view text);
   /// What a person types into the cell: behind "'" a text that keeps the mark out of sight (quotePrefix); behind "=" a
-  /// formula, if it is one; a number if it would be shown exactly as typed; otherwise, and in cells of the format
-  /// "@", a text.
+  /// formula, if it is one; a number if it would be shown exactly as typed; in a cell that shows dates a date, from
+  /// "yyyy/mm/dd" with or without a time; otherwise, and in cells of the format "@", a text.
   void setEntered(CellRef cell, std::string_view text);
   void setNumber(CellRef cell, double value);
   void setBoolean(CellRef cell, bool value);
@@ -60,6 +60,8 @@ class Worksheet {
   void setFormula(CellRef cell, std::string_view formula);
   /// Takes values away and leaves the formats.
   void clear(const CellRange& range);
+  /// The cells that got texts longer than they can hold, as they stood then.
+  const std::vector<CellRef>& cutTexts() const;
 
   CellValue value(CellRef cell) const;
   /// A text, or a number as the format "General" shows it; "" for empty cells and formulas.

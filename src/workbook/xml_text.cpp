@@ -4,6 +4,7 @@
 #include <charconv>
 #include <optional>
 
+#include "common/utf8.h"
 #include "workbook/workbook_error.h"
 
 namespace quillmarden {
@@ -206,6 +207,20 @@ std::string xmlText(std::string_view text) {
   return out;
 }
 
+std::string xmlSafe(std::string_view text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const auto byte = static_cast<unsigned char>(text[at]);
+    const bool ascii = byte < 0x80;
+    const bool plain = byte >= 0x20 || byte == '\t' || byte == '\n' || byte == '\r';
+    const std::size_t size = ascii ? (plain ? 1 : 0) : wideLength(text, at);
+    out += size == 0 ? kReplacement : text.substr(at, size);
+    at += size == 0 ? 1 : size;
+  }
+  return out;
+}
+
 void appendCellText(std::string& out, std::string_view text) { append(out, text, Target::Cell); }
 
 bool hasOuterBlanks(std::string_view text) {
@@ -255,11 +270,24 @@ std::string cellTextDecode(std::string_view text) {
 
 std::size_t utf16Length(std::string_view text) {
   std::size_t units = 0;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if ((byte & 0xC0) != 0x80) units += byte >= 0xF0 ? 2 : 1;
+  for (std::size_t at = 0; at < text.size();) {
+    const Utf8Step step = utf8At(text, at);
+    units += step.character > 0xFFFF ? 2 : 1;
+    at += step.size;
   }
   return units;
+}
+
+std::string_view utf16Prefix(std::string_view text, std::size_t units) {
+  std::size_t at = 0;
+  while (at < text.size()) {
+    const Utf8Step step = utf8At(text, at);
+    const std::size_t more = step.character > 0xFFFF ? 2 : 1;
+    if (more > units) break;
+    units -= more;
+    at += step.size;
+  }
+  return text.substr(0, at);
 }
 
 std::string xmlAsUtf8(std::string bytes, std::string_view part) {

@@ -253,5 +253,28 @@ TEST_F(QueryReportTest, TheGridGoesToABookBelowItsParameters) {
   EXPECT_GT(sheet.rowHeight(8), 1.9 * sheet.rowHeight(7));
 }
 
+TEST_F(QueryReportTest, NumbersAreNumbersWithAllTheirDigits) {
+  frmReport_Load(session, scripted.host, screen);
+  scripted.answerAll(kYes);
+  const std::vector<std::string> numbers = {"-5",    "-0.25",        "0",    "1234567890123", "-123456789012.25",
+                                            "0.001", "123456789012", "-1e5", "007",           "1234567890123456",
+                                            "-",     "-0",           "+5",   "1.50",          "-=A1"};
+  screen.Spread.setColumns({SpreadColumn{.title = "数"}});
+  screen.Spread.setMaxRows(static_cast<int>(numbers.size()));
+  for (std::size_t i = 0; i < numbers.size(); ++i) screen.Spread.setText(1, static_cast<int>(i) + 1, numbers[i]);
+  const Workbook book = Workbook::open(CmdExcel_Click(session, scripted.host, run, screen, false));
+  const Worksheet& sheet = book.sheet(0);
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const CellRef cell{static_cast<int>(i) + 8, 1};
+    const CellValue value = sheet.value(cell);
+    EXPECT_EQ(std::holds_alternative<double>(value), i < 7) << numbers[i];
+    EXPECT_EQ(i < 7 ? value : CellValue(std::stod(numbers[0])), CellValue(std::stod(numbers[i < 7 ? i : 0])));
+    if (i >= 7) EXPECT_EQ(sheet.text(cell), numbers[i]);
+  }
+  EXPECT_EQ(sheet.style({11, 1}).numberFormat, "0");
+  EXPECT_EQ(sheet.style({12, 1}).numberFormat, "0.00");
+  EXPECT_EQ(sheet.style({8, 1}).numberFormat, "");
+}
+
 }  // namespace
 }  // namespace quillmarden

@@ -139,6 +139,7 @@ TEST_F(TableLayoutTest, NamesThatSheetsCannotCarry) {
   scripted.answerAll(kOk);
   EXPECT_EQ(pPutCurrentTable2ExcelFile(session, scripted.host, run, detail, "販売", false), "");
   EXPECT_TRUE(scripted.messages.back().starts_with("確認|Excel作成中にエラーが発生しました.\n "));
+  EXPECT_NE(scripted.messages.back().find("テーブル「*印」: "), std::string::npos) << "of many it says which";
   EXPECT_EQ(scripted.messages.back().find("プリンタ"), std::string::npos);
 }
 
@@ -194,6 +195,17 @@ TEST_F(UserTemplateTest, FillsTheNamedCellsAndAddsRowsOfTheSecondOnesPattern) {
   EXPECT_EQ(cellText(sheet, "A10"), "foot") << "two rows were added above it";
 }
 
+TEST_F(UserTemplateTest, ADateInACellForDatesIsADate) {
+  Workbook form = Workbook::open(programFile("form.xls"));
+  form.sheet(0).changeStyle(rangeAt("D3"),
+                            [](CellStyle& style) { style.numberFormat = "[$-411]ggge\"年\"m\"月\"d\"日\""; });
+  form.save(programFile("form.xls"));
+  const std::string id = addTable("販売", "PostgreSQL", "orders", "受注");
+  database().execute("UPDATE MAS_TABLEINFO SET 作成年月日 = #2026/11/24 12:00:00# WHERE ID = " + id);
+  const Workbook book = layoutOf(id);
+  EXPECT_EQ(book.sheet(0).value(cellAt("D3")), CellValue(46350.5));
+}
+
 TEST_F(UserTemplateTest, FaultsOfTheFormatAndAMissingTemplate) {
   const std::string id = addTable("販売", "PostgreSQL", "t", "表");
   ASSERT_FALSE(pGet_TableID2TableDetails(session, scripted.host, detail, id));
@@ -201,15 +213,16 @@ TEST_F(UserTemplateTest, FaultsOfTheFormatAndAMissingTemplate) {
   scripted.expect("確認", "指定されたファイルが存在しません.\n " + programFile("form.xls") + "\n確認してください.");
   EXPECT_EQ(pPutCurrentTable2ExcelFile(session, scripted.host, run, detail, "販売", false), "");
 
-  // A faulty Format file goes to the log alone.
+  // A faulty Format file goes to the log alone; who has no screen finds its faults in the run.
   replaceFile(layoutFormatPath(session, "form.xls"), "KEY_TABLE_NAME:B3\r\n");
   EXPECT_EQ(pPutCurrentTable2ExcelFile(session, scripted.host, run, detail, "販売", false), "");
+  EXPECT_TRUE(run.formatFault.starts_with("KEY_h1ページの行数が未設定です.")) << run.formatFault;
 }
 
 TEST_F(TableLayoutTest, AProgramTableIsPrintedAsItsGridStands) {
   const std::string id = addTable("販売", "PG管理", "pg", "進捗");
   database().execute("INSERT INTO MAS_PRJINFO (ID, ROWNO, 表示順, 日本語名, 項目名, 備考) VALUES (" + id +
-                     ", 1, 1, '=001', '受注入力', '概要文')");
+                     ", 1, 1, '=001', '受注入力', '概要文' & Chr(10) & '二' & Chr(10) & '三')");
   const Workbook book = layoutOf(id);
   const Worksheet& sheet = book.sheet(0);
   EXPECT_TRUE(path.ends_with("TempTemp_-_-/temptemp.xlsx"));
@@ -218,6 +231,7 @@ TEST_F(TableLayoutTest, AProgramTableIsPrintedAsItsGridStands) {
   EXPECT_TRUE(sheet.style(cellAt("A2")).quotePrefix);
   EXPECT_EQ(sheet.style(cellAt("M1")).fill, CellFill::solid(CellColor::index(6)));
   EXPECT_EQ(sheet.pageSetup().footer.right, "KVRTN");
+  EXPECT_GT(sheet.rowHeight(2), 2.5 * sheet.rowHeight(3)) << "three lines have room";
   EXPECT_EQ(sheet.pageSetup().header.right, "作成日:2026/11/24 09:05\n変更日:2026/11/24 (1)");
 }
 

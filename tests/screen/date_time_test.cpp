@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <string>
+
 namespace quillmarden {
 namespace {
 
@@ -21,6 +24,21 @@ TEST(DateTime, ReadsWhatPeopleAndFilesWrite) {
         "2026/01/01 10:60", "2026/01/01 10", "2026/01/01 10:00:00x", "2026/01/01T10:00", "26/01/01", "2026/001/01",
         " 2026/01/01", "2026/01/01 ", "２０２６/01/01", "2026/00/10", "2026/10/00"})
     EXPECT_EQ(parseDateTime(odd), std::nullopt) << odd;
+}
+
+TEST(DateTime, UniversalTimeByTheMachinesZone) {
+  const char* before = std::getenv("TZ");
+  const std::string kept = before == nullptr ? "" : before;
+  const auto in = [](const char* zone, const DateTime& moment) {
+    setenv("TZ", zone, 1);
+    tzset();
+    return universalDateTime(moment);
+  };
+  EXPECT_EQ(in("JST-9", {2026, 1, 1, 8, 30, 5}), (DateTime{2025, 12, 31, 23, 30, 5}));
+  EXPECT_EQ(in("UTC0", {2026, 1, 1, 8, 30, 5}), (DateTime{2026, 1, 1, 8, 30, 5}));
+  EXPECT_EQ(in("CET-1CEST,M3.5.0,M10.5.0/3", {2026, 7, 1, 12, 0, 0}), (DateTime{2026, 7, 1, 10, 0, 0}));
+  before == nullptr ? unsetenv("TZ") : setenv("TZ", kept.c_str(), 1);
+  tzset();
 }
 
 TEST(DateTime, SecondsAcrossMonthsAndLeapDays) {

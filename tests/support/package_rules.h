@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "common/utf8.h"
 #include "workbook/sheet_model.h"
 #include "workbook/workbook.h"
 
@@ -32,7 +33,22 @@ class PackageRules {
     return document;
   }
 
+  /// XML holds neither control characters nor U+FFFE, U+FFFF, surrogates and bytes that are no UTF-8.
+  void checkCharacters(const std::string& part) {
+    const std::string bytes = package_.bytes(part);
+    for (std::size_t at = 0; at < bytes.size();) {
+      const Utf8Step step = utf8At(bytes, at);
+      const char32_t character = step.character;
+      const bool control = character < 0x20 && character != U'\t' && character != U'\n' && character != U'\r';
+      if (!step.valid || control || character == 0xFFFE || character == 0xFFFF)
+        return fault(part, "no XML character at " + std::to_string(at));
+      at += step.size;
+    }
+  }
+
   void run() {
+    for (const std::string& name : package_.names())
+      if (name.ends_with(".xml") || name.ends_with(".rels") || name.ends_with(".vml")) checkCharacters(name);
     std::set<std::string> reached;
     walk("", reached);
     for (const std::string& name : package_.names()) {

@@ -99,6 +99,37 @@ TEST(Worksheet, whatIsTyped) {
   EXPECT_EQ(packageFaults(book), "");
 }
 
+TEST(Worksheet, cellsThatShowDatesTakeDates) {
+  Workbook book = Workbook::create();
+  Worksheet& sheet = book.sheet(0);
+  const auto typed = [&](const char* format, const char* text) {
+    sheet.changeStyle(rangeAt("A1"), [&](CellStyle& style) { style.numberFormat = format; });
+    sheet.setEntered(cellAt("A1"), text);
+    return sheet.value(cellAt("A1"));
+  };
+  for (const char* format :
+       {"yyyy/mm/dd", "mm-dd-yy", "[$-411]ggge\"年\"m\"月\"d\"日\"", "[Red]h:mm", "[h]:mm", "mmss.0"})
+    EXPECT_EQ(typed(format, "2026/11/24"), CellValue(46350.0)) << format;
+  EXPECT_EQ(typed("yyyy/mm/dd", "2026-1-2 03:04"), CellValue(46024 + (3 * 3600 + 4 * 60) / 86400.0));
+  EXPECT_EQ(sheet.style(cellAt("A1")).numberFormat, "yyyy/mm/dd") << "it looks as the template wants it";
+  for (const char* text :
+       {"2026/02/29", "2026/11/24 ", "2026/11/24 24:00", "24/11/2026", "2026/11", "1900/01/01", "未定"})
+    EXPECT_EQ(typed("yyyy/mm/dd", text), CellValue(std::string(text)));
+  for (const char* format : {"", "@", "0.00E+00", "#,##0\"日\"", "[Red]0", "0\\d"})
+    EXPECT_EQ(typed(format, "2026/11/24"), CellValue(std::string("2026/11/24"))) << format;
+
+  std::string bytes = book.bytes();
+  book = Workbook::fromBytes(std::move(bytes));
+  std::string xml = book.package().bytes("xl/workbook.xml");
+  book.package().set("xl/workbook.xml", xml.insert(xml.find("<bookViews"), "<workbookPr date1904=\"1\"/>"));
+  Workbook later = again(book);
+  later.sheet(0).changeStyle(rangeAt("A1"), [](CellStyle& style) { style.numberFormat = "yyyy/mm/dd"; });
+  later.sheet(0).setEntered(cellAt("A1"), "2026/11/24");
+  EXPECT_EQ(later.sheet(0).value(cellAt("A1")), CellValue(46350.0 - 1462));
+  later.sheet(0).setEntered(cellAt("A1"), "1903/12/31");
+  EXPECT_EQ(later.sheet(0).value(cellAt("A1")), CellValue(std::string("1903/12/31")));
+}
+
 TEST(Worksheet, whatNoCellCanHold) {
   Workbook book = Workbook::create();
   Worksheet& sheet = book.sheet(0);
@@ -106,8 +137,15 @@ TEST(Worksheet, whatNoCellCanHold) {
   std::string longest;
   for (int i = 0; i < 32767; ++i) longest += "字";
   sheet.setText({1, 1}, longest);
-  EXPECT_EQ(fault([&] { sheet.setText({1, 1}, longest + "x"); }), WorkbookFault::BadValue);
   EXPECT_EQ(sheet.text({1, 1}), longest);
+  EXPECT_TRUE(sheet.cutTexts().empty());
+  // A longer one is cut, not through a character of two units, and named.
+  const std::string wide = "\xF0\xA0\xAE\xB7";
+  sheet.setText({2, 1}, longest.substr(0, 32757 * 3) + wide + longest);
+  sheet.setEntered({3, 1}, "'" + std::string(40000, '\x80'));
+  EXPECT_EQ(sheet.text({2, 1}), longest.substr(0, 32757 * 3) + wide + "…(以下省略)");
+  EXPECT_TRUE(again(book).sheet(0).text({3, 1}).ends_with("\uFFFD…(以下省略)"));
+  EXPECT_EQ(sheet.cutTexts(), (std::vector<CellRef>{{2, 1}, {3, 1}}));
   EXPECT_EQ(fault([&] { sheet.setNumber({1, 1}, std::numeric_limits<double>::quiet_NaN()); }), WorkbookFault::BadValue);
   EXPECT_EQ(fault([&] { sheet.setFormula({1, 1}, "1+"); }), WorkbookFault::BadValue);
   EXPECT_EQ(fault([&] { sheet.setText({0, 1}, "x"); }), WorkbookFault::BadAddress);
@@ -120,8 +158,8 @@ TEST(Worksheet, whatNoCellCanHold) {
   EXPECT_EQ(rangeName(rangeAt("c:A")) + " " + rangeName(rangeAt("9:2")) + " " + absoluteName(rangeAt("XFD1")),
             "A:C 2:9 $XFD$1");
 
-  for (const char* name :
-       {"", "a:b", "a\\b", "a/b", "a?", "a*", "[a", "a]", "'a", "a'", "a\nb", "1234567890123456789012345678901x"})
+  for (const char* name : {"", "a:b", "a\\b", "a/b", "a?", "a*", "[a", "a]", "'a", "a'", "a\nb", "a\xED\xA0\x80",
+                           "a\xEF\xBF\xBE", "1234567890123456789012345678901x"})
     EXPECT_EQ(fault([&] { checkSheetName(name); }), WorkbookFault::BadSheetName) << name;
   checkSheetName("一二三四五六七八九十一二三四五六七八九十一二三四五六七八九十一");
   EXPECT_EQ(fault([&] { book.addSheet("SHEET1"); }), WorkbookFault::BadSheetName) << "taken";
