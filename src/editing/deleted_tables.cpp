@@ -5,6 +5,7 @@
 #include "common/text.h"
 #include "editing/detail_parts.h"
 #include "editing/frm_tb_info.h"
+#include "repository/change_rows.h"
 #include "repository/rights.h"
 
 namespace quillmarden {
@@ -25,34 +26,27 @@ std::vector<DeletedTable> deletedTables(Database& database, std::string_view sys
 Outcome restoreTable(Session& session, Host& host, std::string_view tableId) {
   if (refused(host, mayChangeTable(session, tableId, TableChange::kRestore))) return Outcome::Refused;
   const auto id = static_cast<std::int64_t>(gVal(tableId));
-  try {
-    Outcome outcome = Outcome::Refused;
-    inTransaction(*session.gDB, [&] {
-      const Recordset row = session.gDB->openRecordset(
-          "SELECT システム名, 日本語名 FROM MAS_TABLEINFO WHERE ID = paraId", {{"paraId", id}});
-      if (row.eof()) throw EngineError(engine_error::kNoCurrentRecord, "ID " + std::to_string(id));
-      const TableNames names = storedNames(*session.gDB, std::to_string(id));
-      if (const std::string fault = tableNameInUse(session, row.text(0), std::to_string(id), names); !fault.empty()) {
-        gMsgBox(host, fault, kOkOnly | kWarningIcon, "入力確認");
-        return;
-      }
-      const std::string question =
-          joinLines({"削除されたテーブルを元に戻します.", "  [" + std::string(trim(row.text(1))) + "]"});
-      if (gMsgBox(host, question, kYesNo | kQuestionIcon) != kYes) return;
-      session.gDB->execute(
-          "UPDATE MAS_TABLEINFO SET 削除フラグ = 0, 更新年月日 = paraNow, 更新者 = paraUser, COMPNAME = paraComputer "
-          "WHERE ID = paraId",
-          {{"paraNow", formatDateTime(host.clock.now(), kSecondForm)},
-           {"paraUser", session.gLoginUser},
-           {"paraComputer", host.machine.computerName},
-           {"paraId", id}});
-      outcome = Outcome::Done;
-    });
-    return outcome;
-  } catch (const EngineError& error) {
-    tellError(session, host, "restoreTable", error);
-    return Outcome::Failed;
-  }
+  return changeRows(session, host, "restoreTable", [&]() -> Outcome {
+    const Recordset row = session.gDB->openRecordset("SELECT システム名, 日本語名 FROM MAS_TABLEINFO WHERE ID = paraId",
+                                                     {{"paraId", id}});
+    if (row.eof()) throw EngineError(engine_error::kNoCurrentRecord, "ID " + std::to_string(id));
+    const TableNames names = storedNames(*session.gDB, std::to_string(id));
+    if (const std::string fault = tableNameInUse(session, row.text(0), std::to_string(id), names); !fault.empty()) {
+      gMsgBox(host, fault, kOkOnly | kWarningIcon, "入力確認");
+      return Outcome::Refused;
+    }
+    const std::string question =
+        joinLines({"削除されたテーブルを元に戻します.", "  [" + std::string(trim(row.text(1))) + "]"});
+    if (gMsgBox(host, question, kYesNo | kQuestionIcon) != kYes) return Outcome::Refused;
+    session.gDB->execute(
+        "UPDATE MAS_TABLEINFO SET 削除フラグ = 0, 更新年月日 = paraNow, 更新者 = paraUser, COMPNAME = paraComputer "
+        "WHERE ID = paraId",
+        {{"paraNow", formatDateTime(host.clock.now(), kSecondForm)},
+         {"paraUser", session.gLoginUser},
+         {"paraComputer", host.machine.computerName},
+         {"paraId", id}});
+    return Outcome::Done;
+  });
 }
 
 }  // namespace quillmarden

@@ -129,16 +129,18 @@ bool keyOf(const Saving& saving, const KeptRow& kept) {
   return cell == kCheckMark || !isNumeric(cell) || gVal(cell) != 0;
 }
 
+/// A column of a stored row as text; "" for one that the table lacks.
+std::string formerText(const Saving& saving, const std::vector<Value>& row, const std::string& column) {
+  const auto place = saving.former.places.find(column);
+  return place == saving.former.places.end() ? "" : toText(row[place->second]);
+}
+
 /// A name of a stored row for a message.
 std::string formerName(const Saving& saving, long number) {
   const auto row = saving.former.byNumber.find(number);
-  const auto text = [&](std::string_view column) {
-    const auto place = saving.former.places.find(std::string(column));
-    return place == saving.former.places.end() ? std::string() : toText(row->second[place->second]);
-  };
   if (row == saving.former.byNumber.end()) return "";
-  const std::string name = text("項目名");
-  return name.empty() ? text("日本語名") : name;
+  const std::string name = formerText(saving, row->second, "項目名");
+  return name.empty() ? formerText(saving, row->second, "日本語名") : name;
 }
 
 /// A reference within the table follows its field to the new number, or goes with it.
@@ -284,13 +286,9 @@ bool writeTable(Saving& saving) {
 
 LastSaver lastSaver(const Saving& saving) {
   LastSaver last;
-  const auto text = [&](const std::vector<Value>& row, std::string_view column) {
-    const auto place = saving.former.places.find(std::string(column));
-    return place == saving.former.places.end() ? std::string() : toText(row[place->second]);
-  };
   for (const auto& [number, row] : saving.former.byNumber)
-    if (std::string moment = text(row, "更新年月日"); moment >= last.moment)
-      last = {text(row, "更新者"), std::move(moment)};
+    if (std::string moment = formerText(saving, row, "更新年月日"); moment >= last.moment)
+      last = {formerText(saving, row, "更新者"), std::move(moment)};
   return last;
 }
 

@@ -5,8 +5,8 @@
 #include "common/message.h"
 #include "common/printable.h"
 #include "common/text.h"
+#include "repository/change_rows.h"
 #include "repository/rights.h"
-#include "repository/tell_error.h"
 
 namespace quillmarden {
 
@@ -27,14 +27,7 @@ bool isPlacement(Database& database, std::string_view text) {
 template <typename Change>
 Outcome changePlacements(Session& session, Host& host, std::string_view routine, Change&& change) {
   if (refused(host, mayWrite(session))) return Outcome::Refused;
-  try {
-    Outcome outcome = Outcome::Refused;
-    inTransaction(*session.gDB, [&] { outcome = change(*session.gDB); });
-    return outcome;
-  } catch (const EngineError& error) {
-    tellError(session, host, routine, error);
-    return Outcome::Failed;
-  }
+  return changeRows(session, host, routine, [&] { return change(*session.gDB); });
 }
 
 }  // namespace
